@@ -1,0 +1,31 @@
+// Stream files of the current directory: every entry whose name begins with
+// a stream prefix and whose part from its first dot on is exactly ".bin".
+#pragma once
+
+#include <cstdint>
+
+constexpr const char* kFirmwarePrefix = "zyntel_fw_";
+constexpr const char* kHostPrefix = "zyntel_host_";
+constexpr const char* kClientPrefix = "zyntel_client_";
+
+bool isStreamFileName(const char* name, const char* prefix);
+
+// Number of matching entries of ".", or -1 when it cannot be read.
+std::int32_t countStreamFiles(const char* prefix);
+
+// An open listing of ".", read again from its start for each prefix.
+class StreamFileListing {
+public:
+    StreamFileListing();
+    ~StreamFileListing();
+    StreamFileListing(const StreamFileListing&) = delete;
+    StreamFileListing& operator=(const StreamFileListing&) = delete;
+
+    bool isOpen() const { return directory_ != nullptr; }
+    void rewind();
+    // The next matching name, valid until the next call; nullptr at the end.
+    const char* next(const char* prefix);
+
+private:
+    void* directory_;
+};

@@ -1,0 +1,13 @@
+#include "driver/run.h"
+
+// Streams whose converters are not part of this build are reported and
+// skipped by the driver.
+const StreamTable& builtInStreams()
+{
+    static const StreamTable table{
+        {"Firmware", 5000, nullptr, nullptr, nullptr},
+        {"Host", 1000, nullptr, nullptr, nullptr},
+        {"Client", 1000, nullptr, nullptr, nullptr},
+    };
+    return table;
+}

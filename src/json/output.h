@@ -1,0 +1,69 @@
+// The one output layer: every JSON and console write of the tool goes
+// through an Output. It buffers in memory and writes in large blocks, so a
+// converter can print field by field without a system call each time.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+class Output {
+public:
+    // Called once for every write that fails (result < 0), with that result.
+    using FailureHook = void (*)(void* context, int result);
+
+    Output() = default;
+    ~Output();
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    // Targets. A file descriptor owned by the Output (closed by close()),
+    // a borrowed descriptor (stdout, stderr), or a string in memory.
+    bool create(const char* path);
+    void attachDescriptor(int fd, bool unbuffered);
+    void attachString(std::string* text);
+    bool isOpen() const { return fd_ >= 0 || memory_ != nullptr; }
+
+    // printf-compatible formatted write. Returns the number of characters
+    // written, or -1 when the data could not be written.
+    int print(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    // Writes the text as it stands; returns its length or -1.
+    int write(std::string_view text);
+    // Writes the text and a line feed, like the C library's puts.
+    int putLine(std::string_view text);
+
+    // Pushes buffered text to the target; false if that failed.
+    bool flush();
+    // Flushes and releases an owned descriptor; false if the final flush failed.
+    bool close();
+
+    void setFailureHook(FailureHook hook, void* context) { hook_ = hook; hookContext_ = context; }
+    FailureHook failureHook() const { return hook_; }
+    void* failureHookContext() const { return hookContext_; }
+
+private:
+    char* reserve(std::size_t length);
+    int fail();
+
+    int fd_ = -1;
+    bool ownsFd_ = false;
+    bool unbuffered_ = false;
+    std::string* memory_ = nullptr;
+    char* buffer_ = nullptr;
+    std::size_t used_ = 0;
+    FailureHook hook_ = nullptr;
+    void* hookContext_ = nullptr;
+};
+
+// Console targets: standard output for progress, warnings and errors,
+// standard error for the write-failure reports. Tests may redirect them.
+Output& console();
+Output& errorConsole();
+void redirectConsole(Output* out, Output* err);
+
+// Formats into a fixed-size text buffer exactly as a bounded printf does:
+// the text is cut at capacity - 1 characters and always NUL-terminated.
+// Returns the length the full text would have had.
+int formatBounded(char* buffer, std::size_t capacity, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));
