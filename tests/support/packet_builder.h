@@ -65,6 +65,7 @@ class Capture {
 public:
     Capture& add(const Bytes& bytes);
     Capture& add(const PacketBuilder& packet) { return add(packet.build()); }
+    Capture& add(const Capture& other) { return add(other.bytes()); }
     // Transport-layer header (8 bytes) of the given TL type and data length.
     Capture& tlHeader(std::uint8_t tlType, std::uint16_t dataLength);
     Capture& zeroHeader() { return add(Bytes(24, 0)); }

@@ -1,0 +1,11 @@
+// A minimal stream used to test the driver and the reading loop on their
+// own: every packet becomes a small element naming its ordinal, and packets
+// of event type 0x7FFF are rejected.
+#pragma once
+
+#include "driver/run.h"
+
+constexpr std::uint32_t kRejectedTestType = 0x7FFF;
+
+// The same converters for all three streams, named as the driver names them.
+const StreamTable& testStreams();
