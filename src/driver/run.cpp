@@ -192,6 +192,7 @@ int runTool(int argc, const char* const* argv, const StreamTable& streams)
     out.putLine("\nZyntel binary data to text conversion tool");
     out.print("(version %d; built for BVNC: %s)\n\n", static_cast<int>(kToolVersion), kBvnc);
 
+    resetBlankHeaderCount();
     Options options;
     if (argc < 2) {
         countClientFilesForWarning();
