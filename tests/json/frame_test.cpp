@@ -1,0 +1,183 @@
+// The document frame, the raw envelope, hex dumps, name look-ups and the
+// write-failure report.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "json/envelope.h"
+#include "json/names.h"
+#include "json/output.h"
+#include "stream/stream_file.h"
+#include "test_stream.h"
+#include "tool_runner.h"
+
+namespace {
+
+// Writes through a StreamFile whose output is a string.
+struct MemoryFile {
+    MemoryFile() { file.out.attachString(&text); }
+    StreamFile file;
+    std::string text;
+};
+
+Packet view(Bytes& bytes)
+{
+    bytes.resize(bytes.size() + 8, 0); // the reader's zero padding
+    return Packet(bytes.data(), static_cast<std::uint32_t>(bytes.size() - 8));
+}
+
+TEST(Document, HeadOfARawRunListsEveryArgument)
+{
+    ScratchDir dir;
+    dir.write("in.bin", Capture().add(PacketBuilder(typeWord(1), kSigV2a).ordinal(3).timer(77).u32(1).u32(0)));
+    ToolRun run = runInProcess(dir, {"-raw", "in.bin"}, testStreams());
+    EXPECT_EQ(run.json["in.raw.json"], "{\n  \"zyntelbin2json Info\": [\n    {\n"
+                                       "      \"Packet version\": \"0x5a594e41\",\n"
+                                       "      \"CL Version\": 6967606,\n"
+                                       "      \"argv[0]\": \"zyntelbin2json\",\n"
+                                       "      \"argv[1]\": \"-raw\",\n"
+                                       "      \"argv[2]\": \"in.bin\"\n    }\n  ],\n"
+                                       "  \"zyntel_packets\": [\n"
+                                       "    {\n      \"sig\": \"0x5a594e41\",\n      \"size\": 32,\n"
+                                       "      \"type\": \"TEST\",\n      \"thread\": 0,\n      \"osid\": 0,\n"
+                                       "      \"ordinal\": 3,\n      \"kortimer\": 77,\n"
+                                       "      \"payload\": 1\n    }\n  ]\n}");
+}
+
+TEST(Document, FileWithoutElementsHasAnEmptyLineBetweenOpenerAndClosing)
+{
+    ScratchDir dir;
+    dir.write("in.bin", Capture().add(PacketBuilder(typeWord(0x7FFF)).u32(0).u32(0)));
+    ToolRun run = runInProcess(dir, {"in.bin"}, testStreams());
+    EXPECT_TRUE(run.json["in.json"].ends_with("  ],\n  \"timeperiods\": [\n\n  ]\n}"));
+}
+
+TEST(Envelope, HeaderKeysAndTheApiOfClientPackets)
+{
+    struct Case {
+        std::uint32_t typeWord;
+        std::string api;
+    };
+    for (const Case& c : {Case{typeWord(3, kHostStream), ""}, Case{typeWord(3, kClientStream), "Services"},
+                          Case{typeWord(10, kClientStream), "Invalid"}, Case{typeWord(36, kClientStream), "EGL"},
+                          Case{typeWord(80, kClientStream), "OpenGLES"}, Case{typeWord(98, kClientStream), "OpenCL"},
+                          Case{typeWord(134, kClientStream), "Vulkan"}, Case{typeWord(176, kClientStream), "OpenGL"},
+                          Case{typeWord(177, kClientStream), "Invalid"}}) {
+        MemoryFile memory;
+        Bytes bytes = PacketBuilder(c.typeWord | 1u << 15 | 0x1Fu << 24).ordinal(9).timer(123).u64(0).build();
+        writeRawEnvelope(&memory.file, view(bytes), "NAME");
+        std::string expected = "    {\n      \"sig\": \"0x5a594e42\",\n      \"size\": 32,\n      \"type\": \"NAME\",\n"
+                               "      \"thread\": 1,\n      \"osid\": 31,\n      \"ordinal\": 9,\n"
+                               "      \"kortimer\": 123,\n";
+        if (!c.api.empty()) expected += "      \"api\": \"" + c.api + "\",\n";
+        EXPECT_EQ(memory.text, expected);
+    }
+}
+
+TEST(Envelope, SizeKeyPrintsTheWholeSizeWord)
+{
+    MemoryFile memory;
+    Bytes bytes = PacketBuilder(typeWord(1)).sizeWord(0x00070020).u64(0).build();
+    writeRawEnvelope(&memory.file, view(bytes), "T");
+    EXPECT_NE(memory.text.find("\"size\": 458784,"), std::string::npos);
+}
+
+TEST(HexDump, RowsOfSixteenAndALastRowOfWhatRemains)
+{
+    MemoryFile forty;
+    Bytes bytes = PacketBuilder(typeWord(1)).ordinal(0x01020304).timer(0x1122334455667788).u32(0xAABBCCDD).u32(0x99).build();
+    bytes.resize(40, 0xEE);
+    writeHexDump(&forty.file, view(bytes));
+    EXPECT_EQ(maskAddresses(forty.text), "    {\n      \"size\": 32,\n"
+                                         "      \"ADDR\": \"42 4e 59 5a  20 00 00 00  01 00 00 00  04 03 02 01\",\n"
+                                         "      \"ADDR\": \"88 77 66 55  44 33 22 11  dd cc bb aa  99 00 00 00\"\n    }");
+
+    MemoryFile seventeen;
+    Bytes odd = PacketBuilder(typeWord(1)).sizeWord(17).build();
+    writeHexDump(&seventeen.file, view(odd));
+    EXPECT_EQ(maskAddresses(seventeen.text), "    {\n      \"size\": 17,\n"
+                                             "      \"ADDR\": \"42 4e 59 5a  11 00 00 00  01 00 00 00  00 00 00 00\",\n"
+                                             "      \"ADDR\": \"00\"\n    }");
+
+    MemoryFile fortyBytes;
+    Bytes full = PacketBuilder(typeWord(1)).u32s({1, 2, 3, 4}).build();
+    writeHexDump(&fortyBytes.file, view(full));
+    EXPECT_EQ(maskAddresses(fortyBytes.text), "    {\n      \"size\": 40,\n"
+                                              "      \"ADDR\": \"42 4e 59 5a  28 00 00 00  01 00 00 00  00 00 00 00\",\n"
+                                              "      \"ADDR\": \"00 00 00 00  00 00 00 00  01 00 00 00  02 00 00 00\",\n"
+                                              "      \"ADDR\": \"03 00 00 00  04 00 00 00\"\n    }");
+}
+
+TEST(HexDump, DumpsOnlyTheBytesThatExist)
+{
+    MemoryFile memory;
+    Bytes bytes = PacketBuilder(typeWord(1)).sizeWord(200).build(); // claims 200, holds 24
+    writeHexDump(&memory.file, view(bytes));
+    EXPECT_EQ(maskAddresses(memory.text), "    {\n      \"size\": 200,\n"
+                                          "      \"ADDR\": \"42 4e 59 5a  c8 00 00 00  01 00 00 00  00 00 00 00\",\n"
+                                          "      \"ADDR\": \"00 00 00 00  00 00 00 00\"\n    }");
+}
+
+TEST(HexDump, RefusesPacketsWithoutASignature)
+{
+    MemoryFile memory;
+    std::string errors;
+    Output err;
+    err.attachString(&errors);
+    redirectConsole(nullptr, &err);
+    Bytes bytes = PacketBuilder(typeWord(1), 0x12345678).build();
+    writeHexDump(&memory.file, view(bytes));
+    Bytes widened = PacketBuilder(typeWord(1), kSigV2a + 2).build();
+    writeHexDump(&memory.file, view(widened));
+    redirectConsole(nullptr, nullptr);
+    EXPECT_EQ(errors, "error: Packet not recognised as V2 format\n");
+    EXPECT_TRUE(memory.text.starts_with("    {\n      \"size\": 24,\n"));
+}
+
+TEST(Names, LookUpWarnsAndSubstitutesPastTheLastValidRow)
+{
+    static const char* const rows[] = {"00_Invalid", "01_One", "undef_02", "LAST"};
+    NameTable table = makeNameTable(rows, 2, "test kind");
+    std::string out;
+    Output console;
+    console.attachString(&out);
+    redirectConsole(&console, nullptr);
+    EXPECT_STREQ(lookupName(table, 1), "01_One");
+    EXPECT_STREQ(lookupName(table, 2), "undef_02");
+    EXPECT_STREQ(lookupName(table, 3), "OUT_OF_BOUNDS");
+    EXPECT_STREQ(lookupName(table, 0xFFFFFFFF), "OUT_OF_BOUNDS");
+    redirectConsole(nullptr, nullptr);
+    EXPECT_EQ(out, "Warning: Zyntel packet unknown test kind (3)!\n"
+                   "Warning: Zyntel packet unknown test kind (-1)!\n");
+}
+
+TEST(WriteFailure, ReportedOncePerFileOnStandardErrorAndTheRunGoesOn)
+{
+    ScratchDir dir;
+    Capture capture;
+    for (std::uint32_t ordinal = 0; ordinal < 3000; ++ordinal)
+        capture.add(PacketBuilder(typeWord(1)).ordinal(ordinal).u32(ordinal).u32(0));
+    dir.write("zyntel_fw_1.bin", capture);
+    dir.write("zyntel_fw_2.bin", capture);
+    std::filesystem::create_symlink("/dev/full", dir.path() + "/zyntel_fw_1.raw.json");
+    ToolRun run = runInProcess(dir, {"-raw"}, testStreams());
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.err.starts_with("warning: failed to fprintf to JSON file, error (-1)"
+                                    "warning: last packet ordinal written was "));
+    EXPECT_EQ(run.err.find("warning: failed", 1), std::string::npos);
+    EXPECT_NE(run.out.find("info: 3000 Zyntel Firmware packets processed, last ordinal was 2999\n"),
+              std::string::npos);
+    ASSERT_EQ(run.json.count("zyntel_fw_2.raw.json"), 1u);
+    EXPECT_TRUE(run.json["zyntel_fw_2.raw.json"].ends_with("      \"payload\": 2999\n    }\n  ]\n}"));
+}
+
+TEST(WriteFailure, SmallOutputsReportWhenTheFileIsClosed)
+{
+    ScratchDir dir;
+    dir.write("in.bin", Capture().add(PacketBuilder(typeWord(1)).ordinal(4).u32(0).u32(0)));
+    std::filesystem::create_symlink("/dev/full", dir.path() + "/in.json");
+    ToolRun run = runInProcess(dir, {"in.bin"}, testStreams());
+    EXPECT_EQ(run.err, "warning: failed to fprintf to JSON file, error (-1)warning: last packet ordinal written was 4");
+}
+
+} // namespace
