@@ -123,6 +123,17 @@ TEST(Run, SummaryReportsUnknownPacketsGapsAndDrops)
               "info: 3 Zyntel Firmware packets processed, last ordinal was 9\n");
 }
 
+TEST(Run, SummaryCountsOversizedPackets)
+{
+    ScratchDir dir;
+    dir.write("in.bin", Capture().add(packet(0)).add(packet(1)).add(PacketBuilder(typeWord(kOversizedTestType)).ordinal(2).u64(0)));
+    ToolRun run = runInProcess(dir, {"in.bin"}, testStreams());
+    EXPECT_NE(run.out.find("info: NO Firmware packets lost\n\n"
+                           "error: 1 over-sized packet(s) detected\n"
+                           "info: 3 Zyntel Firmware packets processed, last ordinal was 2\n"),
+              std::string::npos);
+}
+
 TEST(Run, OrdinalResetIsNotAnInterruption)
 {
     ScratchDir dir;

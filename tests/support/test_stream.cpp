@@ -26,6 +26,7 @@ std::uint32_t convertRaw(StreamFile& file, Packet& packet)
 std::uint32_t convertCorrelated(StreamFile& file, Packet& packet)
 {
     if (packet.eventType() == kRejectedTestType) return 0;
+    if (packet.eventType() == kOversizedTestType) ++file.oversizedPackets;
     beginTimePeriod(file);
     file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"TEST\"\n    }",
                    static_cast<unsigned long long>(packet.timer()), static_cast<unsigned long long>(packet.timer()));
