@@ -1,5 +1,7 @@
 #include "json/output.h"
 
+#include "json/format.h"
+
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -66,35 +68,46 @@ int Output::fail()
     return -1;
 }
 
-// Returns room for `length` characters at the end of the buffer, flushing
-// first when they do not fit; nullptr when the flush failed.
-char* Output::reserve(std::size_t length)
+// Appends to the buffer, flushing whenever it fills up.
+void Output::append(const char* text, std::size_t length)
 {
+    if (memory_) {
+        memory_->append(text, length);
+        return;
+    }
+    if (fd_ < 0) {
+        appendFailed_ = true;
+        return;
+    }
     if (!buffer_) {
         buffer_ = static_cast<char*>(std::malloc(kBufferSize));
-        if (!buffer_) return nullptr;
+        if (!buffer_) {
+            appendFailed_ = true;
+            return;
+        }
     }
-    if (used_ + length > kBufferSize && !flush()) return nullptr;
-    return buffer_ + used_;
+    while (length > 0) {
+        if (used_ == kBufferSize && !flush()) appendFailed_ = true;
+        std::size_t room = kBufferSize - used_;
+        std::size_t now = length < room ? length : room;
+        std::memcpy(buffer_ + used_, text, now);
+        used_ += now;
+        text += now;
+        length -= now;
+    }
+}
+
+void Output::appendPiece(void* output, const char* text, std::size_t length)
+{
+    static_cast<Output*>(output)->append(text, length);
 }
 
 int Output::write(std::string_view text)
 {
-    if (memory_) {
-        memory_->append(text);
-        return static_cast<int>(text.size());
-    }
-    if (fd_ < 0) return fail();
-    if (text.size() > kBufferSize) {
-        if (!flush() || !writeAll(fd_, text.data(), text.size())) return fail();
-        return static_cast<int>(text.size());
-    }
-    char* room = reserve(text.size());
-    if (!room) return fail();
-    std::memcpy(room, text.data(), text.size());
-    used_ += text.size();
-    if (unbuffered_ && !flush()) return fail();
-    return static_cast<int>(text.size());
+    appendFailed_ = false;
+    append(text.data(), text.size());
+    if (unbuffered_ && !flush()) appendFailed_ = true;
+    return appendFailed_ ? fail() : static_cast<int>(text.size());
 }
 
 int Output::putLine(std::string_view text)
@@ -108,20 +121,13 @@ int Output::putLine(std::string_view text)
 
 int Output::print(const char* format, ...)
 {
-    char small[512];
+    appendFailed_ = false;
     va_list args;
     va_start(args, format);
-    int length = std::vsnprintf(small, sizeof small, format, args);
+    int length = formatText(FormatSink{appendPiece, this}, format, args);
     va_end(args);
-    if (length < 0) return fail();
-    if (static_cast<std::size_t>(length) < sizeof small) return write({small, static_cast<std::size_t>(length)});
-
-    std::string large(static_cast<std::size_t>(length) + 1, '\0');
-    va_start(args, format);
-    std::vsnprintf(large.data(), large.size(), format, args);
-    va_end(args);
-    large.pop_back();
-    return write(large);
+    if (unbuffered_ && !flush()) appendFailed_ = true;
+    return appendFailed_ || length < 0 ? fail() : length;
 }
 
 bool Output::flush()
@@ -184,11 +190,34 @@ void redirectConsole(Output* out, Output* err)
     errorTarget = err;
 }
 
+namespace {
+
+// Copies what fits into a fixed buffer, keeping room for the terminator.
+struct BoundedText {
+    char* buffer;
+    std::size_t capacity;
+    std::size_t used;
+};
+
+void appendBounded(void* context, const char* text, std::size_t length)
+{
+    auto* bounded = static_cast<BoundedText*>(context);
+    if (bounded->capacity == 0) return;
+    std::size_t room = bounded->capacity - 1 - bounded->used;
+    std::size_t now = length < room ? length : room;
+    std::memcpy(bounded->buffer + bounded->used, text, now);
+    bounded->used += now;
+}
+
+} // namespace
+
 int formatBounded(char* buffer, std::size_t capacity, const char* format, ...)
 {
+    BoundedText bounded{buffer, capacity, 0};
     va_list args;
     va_start(args, format);
-    int length = std::vsnprintf(buffer, capacity, format, args);
+    int length = formatText(FormatSink{appendBounded, &bounded}, format, args);
     va_end(args);
+    if (capacity > 0) buffer[bounded.used] = '\0';
     return length;
 }

@@ -43,7 +43,8 @@ public:
     void* failureHookContext() const { return hookContext_; }
 
 private:
-    char* reserve(std::size_t length);
+    static void appendPiece(void* output, const char* text, std::size_t length);
+    void append(const char* text, std::size_t length);
     int fail();
 
     int fd_ = -1;
@@ -52,6 +53,7 @@ private:
     std::string* memory_ = nullptr;
     char* buffer_ = nullptr;
     std::size_t used_ = 0;
+    bool appendFailed_ = false; // a flush failed while the current write was appended
     FailureHook hook_ = nullptr;
     void* hookContext_ = nullptr;
 };

@@ -1,0 +1,86 @@
+// The output layer formats without the C library, so every conversion it
+// handles is compared with the C library's own result.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstdio>
+#include <cstdint>
+#include <string>
+
+#include "json/output.h"
+
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+#pragma GCC diagnostic ignored "-Wformat-security"
+#pragma GCC diagnostic ignored "-Wformat-truncation"
+
+namespace {
+
+template <typename... Args>
+std::string ours(const char* format, Args... args)
+{
+    std::string text;
+    Output out;
+    out.attachString(&text);
+    int length = out.print(format, args...);
+    EXPECT_EQ(length, static_cast<int>(text.size())) << format;
+    return text;
+}
+
+template <typename... Args>
+std::string library(const char* format, Args... args)
+{
+    char text[1024];
+    int length = std::snprintf(text, sizeof text, format, args...);
+    return std::string(text, static_cast<std::size_t>(length));
+}
+
+TEST(Format, IntegerConversionsMatchTheCLibrary)
+{
+    const char* signedFormats[] = {"%d", "%i", "%5d", "%-5d|", "%05d", "%+d", "% d", "%.3d", "%8.3d", "%-8.3d|",
+                                   "%08.3d", "%.0d", "%x", "%X", "%#x", "%#X", "%08x", "%#010x", "%-4x|", "%o",
+                                   "%#o", "%#.0o", "%u", "%3u", "%c", "%3c", "%-3c|", "%%"};
+    const int values[] = {0, 1, -1, 7, 42, -42, 255, 4096, INT_MAX, INT_MIN};
+    for (const char* format : signedFormats)
+        for (int value : values) EXPECT_EQ(ours(format, value), library(format, value)) << format << " " << value;
+
+    const char* longFormats[] = {"%ld", "%lu", "%lx", "%#lx", "%llu", "%lld", "%llx", "%zu", "%20llu", "%-20lld|"};
+    const long long wide[] = {0, 1, -1, LLONG_MAX, LLONG_MIN, 0x123456789abcdefLL};
+    for (const char* format : longFormats)
+        for (long long value : wide) EXPECT_EQ(ours(format, value), library(format, value)) << format << " " << value;
+
+    EXPECT_EQ(ours("%hhu %hu %hhd %hd", 0x1FF, 0x1FFFF, 0xFF, 0xFFFF), library("%hhu %hu %hhd %hd", 0x1FF, 0x1FFFF, 0xFF, 0xFFFF));
+    EXPECT_EQ(ours("%*d|%-*d|%.*d", 6, 5, 6, 5, 4, 5), library("%*d|%-*d|%.*d", 6, 5, 6, 5, 4, 5));
+}
+
+TEST(Format, StringsPointersAndFloatsMatchTheCLibrary)
+{
+    const char* formats[] = {"%s", "%10s|", "%-10s|", "%.2s", "%5.1s|", "\"%s\": %s,\n"};
+    for (const char* format : formats) EXPECT_EQ(ours(format, "text", "more"), library(format, "text", "more")) << format;
+    const char* none = nullptr;
+    EXPECT_EQ(ours("%s", none), "(null)");
+    EXPECT_EQ(ours("%.3s|", none), library("%.3s|", none));
+    int object = 0;
+    EXPECT_EQ(ours("%p", static_cast<void*>(&object)), library("%p", static_cast<void*>(&object)));
+    EXPECT_EQ(ours("%p", static_cast<void*>(nullptr)), "(nil)");
+    EXPECT_EQ(ours("%.2f %e %g", 3.14159, 1e10, 0.5), library("%.2f %e %g", 3.14159, 1e10, 0.5));
+}
+
+TEST(Format, BoundedFormattingCutsLikeSnprintf)
+{
+    char ours[8];
+    char theirs[8];
+    int ourLength = formatBounded(ours, sizeof ours, "%s-%u", "abcdef", 1234u);
+    int theirLength = std::snprintf(theirs, sizeof theirs, "%s-%u", "abcdef", 1234u);
+    EXPECT_EQ(ourLength, theirLength);
+    EXPECT_STREQ(ours, theirs);
+    EXPECT_EQ(formatBounded(ours, 1, "%d", 5), 1);
+    EXPECT_STREQ(ours, "");
+}
+
+TEST(Format, LongTextsPassThroughTheBufferWhole)
+{
+    std::string big(200000, 'x');
+    EXPECT_EQ(ours("[%s]", big.c_str()), "[" + big + "]");
+}
+
+} // namespace
