@@ -97,7 +97,7 @@ def main():
         os.makedirs(directory)
         subprocess.run([generator, directory, str(size), "0", "0"], check=True)
         for mode, options in MODES:
-            rss = max(timed([tool, "zyntel_fw_bench.bin"] + options, directory)[1] for _ in range(1))
+            rss = timed([tool, "zyntel_fw_bench.bin"] + options, directory)[1]
             os.remove(os.path.join(directory, output_name("zyntel_fw_bench.bin", options)))
             print(f"{str(size) + ' MiB':<18} {mode:<11} {rss / 1024:7.1f}Mi", flush=True)
         shutil.rmtree(directory)
