@@ -33,9 +33,12 @@ void PrintCounterIdRegistration(StreamFile& file, const Packet& packet, bool& in
         // The id list is bounded by the payload size as counted from offset 8
         // for every block, and by the bytes that exist after this block's header.
         std::uint32_t position = 8;
+        bool cutShort = false;
         if (count != 0 && payloadSize > 8) {
             std::uint32_t byPosition = (payloadSize - 8 + 3) / 4;
-            std::uint32_t shown = packet.fitCount(cursor + 8, count < byPosition ? count : byPosition, 4);
+            std::uint32_t wanted = count < byPosition ? count : byPosition;
+            std::uint32_t shown = packet.fitCount(cursor + 8, wanted, 4);
+            cutShort = shown < wanted;
             bool valid = std::strcmp(name, "OUT_OF_BOUNDS") != 0;
             for (std::uint32_t j = 0; j < shown; ++j, position += 4) {
                 std::uint32_t counterId = packet.u32(cursor + 8 + 4 * static_cast<std::uint64_t>(j));
@@ -51,7 +54,8 @@ void PrintCounterIdRegistration(StreamFile& file, const Packet& packet, bool& in
         cursor += (2 + static_cast<std::uint64_t>(count)) * 4;
         bool last = k + 1 == blocks || cursor >= packet.size();
         file.out.print("          }%s", last ? "\n        ]\n" : ",\n");
-        if (position >= payloadSize) {
+        // An id list that runs past the packet's end is as corrupt as one past the payload size.
+        if (position >= payloadSize || cutShort) {
             console().putLine("error: Potentially corrupted data stream");
             return;
         }
