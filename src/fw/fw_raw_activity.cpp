@@ -30,7 +30,7 @@ void writeHwrFields(StreamFile& file, const Packet& packet, std::uint32_t event)
     std::uint32_t payloadSize = packet.size() - P;
     if (payloadSize < kHwrFullSize) {
         // The short form: every word after the event word, as it stands.
-        int words = static_cast<int>((packet.size() - 28) / 4);
+        int words = packet.size() >= 28 ? static_cast<int>((packet.size() - 28) / 4) : 0;
         for (int i = 0; i < words; ++i)
             file.out.print(i + 1 < words ? "        \"dword%d\": %u,\n" : "        \"dword%d\": %u", i,
                            packet.u32(P + 4 + 4 * i));
