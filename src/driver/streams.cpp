@@ -1,11 +1,12 @@
 #include "driver/run.h"
+#include "fw/fw_correlated.h"
 
 // Streams whose converters are not part of this build are reported and
 // skipped by the driver.
 const StreamTable& builtInStreams()
 {
     static const StreamTable table{
-        {"Firmware", 5000, nullptr, nullptr, nullptr},
+        {"Firmware", 5000, fwConvertCorrelated, nullptr, fwBeginFile},
         {"Host", 1000, nullptr, nullptr, nullptr},
         {"Client", 1000, nullptr, nullptr, nullptr},
     };
