@@ -64,10 +64,11 @@ PacketBuilder hardware(std::uint32_t type, std::uint64_t timer, std::uint32_t dm
     return packet;
 }
 
+const std::string kJobKeys = "        \"ExtJobRef\": 5,\n        \"IntJobRef\": 6,\n        \"WorkCtx\": 7,\n"
+                             "        \"CtxPriority\": 8,\n";
+
 std::string hardwarePeriod(unsigned long long kicked, unsigned long long end, unsigned long long processed,
-                           const std::string& name, const std::string& surname, const std::string& jobKeys =
-                               "        \"ExtJobRef\": 5,\n        \"IntJobRef\": 6,\n        \"WorkCtx\": 7,\n"
-                               "        \"CtxPriority\": 8,\n",
+                           const std::string& name, const std::string& surname, const std::string& jobKeys = kJobKeys,
                            const std::string& blocks = "")
 {
     return "    {\n      \"kicked\": " + std::to_string(kicked) + ",\n      \"start\": " + std::to_string(kicked) +
@@ -145,13 +146,7 @@ TEST_F(FwCorrelated, EndFromCycleCountsSteppedBelowTheFinish)
                                hardwarePeriod(kicked, base, 512000, "CDM", "") + ",\n" +
                                hardwarePeriod(kicked, kicked + 300, 512000, "CDM", "") + ",\n" +
                                hardwarePeriod(kicked, 512000, 512000, "CDM", "") + ",\n" +
-                               "    {\n      \"kicked\": 768000,\n      \"start\": 768000,\n      \"end\": 512000,\n"
-                               "      \"processed\": 512000,\n      \"name\": \"CDM\",\n      \"surname\": \"\",\n"
-                               "      \"prop\": {\n        \"osid\": 0,\n        \"frame\": 1,\n        \"PID\": 2,\n"
-                               "        \"Context\": 3,\n        \"WorkTarget\": 4,\n"
-                               "        \"Cycles\": 18446744073709295616,\n"
-                               "        \"ExtJobRef\": 5,\n        \"IntJobRef\": 6,\n        \"WorkCtx\": 7,\n"
-                               "        \"CtxPriority\": 8,\n        \"blocks\": [\n        ]\n      }\n    }");
+                               hardwarePeriod(768000, 512000, 512000, "CDM", ""));
     EXPECT_EQ(out.console.find("warning: Zyntel packet (0) has invalid timestamps"), std::string::npos);
     EXPECT_NE(out.console.find("warning: Zyntel packet (2) has invalid timestamps (kicked: 256000, start: 256000, "
                                "end: 4295223291, processed: 512000)\n"),
@@ -171,13 +166,11 @@ TEST_F(FwCorrelated, PeriodicSampleAndNullKickStandAlone)
     const std::string blockHead = "          {\n            \"blkid\": \"TA_Blk\",\n            \"cntmask\": \"0x5\",\n"
                                   "            \"counters\": [\n";
     EXPECT_EQ(out.periods,
-              hardwarePeriod(2560, 2560, 2560, "PERIODIC", "", "        \"ExtJobRef\": 5,\n        \"IntJobRef\": 6,\n"
-                             "        \"WorkCtx\": 7,\n        \"CtxPriority\": 8,\n",
+              hardwarePeriod(2560, 2560, 2560, "PERIODIC", "", kJobKeys,
                              blockHead + "              {\"count0\": 11},\n              {\"count2\": 22}\n"
                                          "            ]\n          }\n") +
                   ",\n" +
-                  hardwarePeriod(5120, 5120, 5120, "GP", "", "        \"ExtJobRef\": 5,\n        \"IntJobRef\": 6,\n"
-                                 "        \"WorkCtx\": 7,\n        \"CtxPriority\": 8,\n",
+                  hardwarePeriod(5120, 5120, 5120, "GP", "", kJobKeys,
                                  blockHead + "              {\"count0\": 0},\n              {\"count2\": 0}\n"
                                              "            ]\n          }\n"));
 }
@@ -192,8 +185,7 @@ TEST_F(FwCorrelated, CounterBlocksShowStartStopDifferences)
     capture.add(withBlocks(hardware(0x13, 10, 0), 100, 130)).add(withBlocks(hardware(0x14, 20, 0), 90, 100));
     Converted out = convert(capture);
     EXPECT_EQ(out.periods,
-              hardwarePeriod(2560, 5120, 5120, "RTU", "", "        \"ExtJobRef\": 5,\n        \"IntJobRef\": 6,\n"
-                             "        \"WorkCtx\": 7,\n        \"CtxPriority\": 8,\n",
+              hardwarePeriod(2560, 5120, 5120, "RTU", "", kJobKeys,
                              "          {\n            \"blkid\": \"TA_Blk\",\n            \"cntmask\": \"0x1\",\n"
                              "            \"counters\": [\n              {\"count0\": 4294967286}\n"
                              "            ]\n          },\n"
