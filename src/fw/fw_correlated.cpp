@@ -1,6 +1,7 @@
 #include "fw/fw_correlated.h"
 
 #include "fw/fw_correlated_families.h"
+#include "fw/fw_names.h"
 #include "fw/fw_open_events.h"
 #include "fw/timer_check.h"
 #include "json/output.h"
@@ -23,22 +24,6 @@ void fwBeginFile()
     for (StoredPacket& slot : events.frequencyScaling) slot.clear();
 }
 
-namespace {
-
-// Codes that name no firmware event: 0, the undef_NN gaps and LAST onwards.
-bool isUndefinedType(std::uint32_t type)
-{
-    return type == 0 || (type >= 0x1C && type <= 0x1F) || (type >= 0x24 && type <= 0x27) ||
-           (type >= 0x2C && type <= 0x2F) || (type >= 0x33 && type <= 0x37) || type > 0x39;
-}
-
-bool isHardwareType(std::uint32_t type)
-{
-    return (type >= 0x07 && type <= 0x19) || (type >= 0x28 && type <= 0x2A);
-}
-
-} // namespace
-
 std::uint32_t fwConvertCorrelated(StreamFile& file, Packet& packet)
 {
     // Every time written in correlated mode is the firmware timer x256; the
@@ -47,39 +32,39 @@ std::uint32_t fwConvertCorrelated(StreamFile& file, Packet& packet)
     packet.setTimer(timerAsRead << 8);
 
     const std::uint32_t type = packet.eventType();
-    if ((type == 0x08 || type == 0x09) && fwHardwareGpuId(packet) >= kFwGpuCount) {
+    if ((type == kFwHwTaKick || type == kFwHwTaFinished) && fwHardwareGpuId(packet) >= kFwGpuCount) {
         console().putLine("warning: GEOM GPU Id too high, packet skipped");
         return 0;
     }
-    if (isUndefinedType(type)) {
+    if (FwIsRejectedType(type)) {
         console().print("error: %s packet type unknown (%d), packet skipped\n", "Firmware", static_cast<int>(type));
         return 0;
     }
 
-    if (type <= 0x06)
+    if (type <= kFwDbgEnd)
         correlateSection(file, packet);
-    else if (isHardwareType(type))
+    else if (FwIsHardwareType(type))
         correlateHardware(file, packet);
-    else if (type == 0x1A)
+    else if (type == kFwClockChange)
         writeClockChange(file, packet);
-    else if (type == 0x1B)
+    else if (type == kFwGpuStateChange)
         writeGpuStateChange(file, packet);
-    else if (type >= 0x20 && type <= 0x22)
+    else if (type >= kFwPowerEstRequest && type <= kFwPowerEstResult)
         writePowerEstimate(file, packet);
-    else if (type == 0x23)
+    else if (type == kFwPowerChange)
         writePowerChange(file, packet);
-    else if (type == 0x2B)
+    else if (type == kFwGpuWorkPeriod)
         writeGpuWorkPeriod(file, packet);
-    else if (type == 0x30 || type == 0x31)
+    else if (type == kFwCswStore || type == kFwCswStoreComplete)
         correlateContextSwitch(file, packet);
-    else if (type == 0x32)
+    else if (type == kFwDvfsActivity)
         correlateFrequencyScaling(file, packet);
-    else if (type == 0x38)
+    else if (type == kFwUfoInfo)
         writeUfoPeriod(file, packet);
-    else if (type == 0x39)
+    else if (type == kFwActivity)
         writeActivityPeriod(file, packet);
 
     file.lastOrdinal = checkOrdinal(file, packet.ordinal());
-    file.prevTimer = CheckTimerContinuity(file, packet.from(kFwPayloadOffset), type, timerAsRead);
+    file.prevTimer = CheckTimerContinuity(file, packet.from(kFwPayload), type, timerAsRead);
     return 1;
 }

@@ -2,6 +2,7 @@
 // whose keys depend on the activity event.
 #include <cstdint>
 
+#include "fw/core_config.h"
 #include "fw/counter_blocks.h"
 #include "fw/fw_correlated_families.h"
 #include "fw/fw_names.h"
@@ -12,14 +13,6 @@
 
 namespace {
 
-enum ActivityEvent : std::uint32_t {
-    kRegsProgrammed = 1,
-    kHwrDetected = 2,
-    kHwrFreelistReady = 5,
-    kFeatureFlags = 6,
-    kFilterSet = 7,
-};
-
 // The full recovery record is 20 payload bytes; older firmware sent fewer
 // words, which are shown one by one.
 constexpr std::uint32_t kHwrPayloadSize = 20;
@@ -29,11 +22,11 @@ bool invalidBlockIdReported = false;
 
 void writeRecovery(StreamFile& file, const Packet& packet, std::uint32_t event)
 {
-    const Packet payload = packet.from(kFwPayloadOffset);
-    const char* dataMaster = fwShortDataMasterName(payload.u32(4));
+    const Packet payload = packet.from(kFwPayload);
+    const char* dataMaster = FwDataMasterShortName(payload.u32(4));
     const char* reason = lookupName(FwHwrReasonNames, payload.u32(8));
     file.out.print(",\n");
-    const std::uint32_t payloadSize = packet.size() - kFwPayloadOffset;
+    const std::uint32_t payloadSize = packet.size() - kFwPayload;
     if (payloadSize < kHwrPayloadSize) {
         const int words = static_cast<int>((packet.size() - 28) / 4);
         for (int i = 0; i < words; ++i)
@@ -42,7 +35,7 @@ void writeRecovery(StreamFile& file, const Packet& packet, std::uint32_t event)
         return;
     }
     if (payloadSize > kHwrPayloadSize) console().putLine("warning: Detected newer format of the Zyntel FWACT packet.");
-    if (event == kHwrDetected)
+    if (event == kFwActHwrDetected)
         file.out.print("        \"DM\": \"%s\",\n        \"Reason\": \"%s\",\n        \"Context\": %u", dataMaster, reason,
                        payload.u32(12));
     else
@@ -53,23 +46,23 @@ void writeRecovery(StreamFile& file, const Packet& packet, std::uint32_t event)
 
 void writeActivityPeriod(StreamFile& file, Packet& packet)
 {
-    const Packet payload = packet.from(kFwPayloadOffset);
+    const Packet payload = packet.from(kFwPayload);
     const std::uint32_t event = payload.u32(0);
     beginTimePeriod(file);
     file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"FW_ACTIVITY\",\n"
                    "      \"prop\": {\n        \"osid\": %u,\n        \"Event\": \"%s\"",
                    static_cast<unsigned long long>(packet.timer()), static_cast<unsigned long long>(packet.timer()),
-                   fwOsId(packet), lookupName(FwActivityEventNames, event));
+                   FwOsId(packet), lookupName(FwActivityEventNames, event));
 
-    if (event >= kHwrDetected && event <= kHwrFreelistReady) {
+    if (event >= kFwActHwrDetected && event <= kFwActHwrFreelistReady) {
         writeRecovery(file, packet, event);
-    } else if (event == kFilterSet) {
+    } else if (event == kFwActFilterSet) {
         file.out.print(",\n        \"EventMask\": \"0x%08x%08x\"\n", payload.u32(8), payload.u32(4));
-    } else if (event == kFeatureFlags) {
+    } else if (event == kFwActFeatureFlags) {
         file.out.print(",\n");
-        WriteCoreConfiguration(file, packet);
-    } else if (event == kRegsProgrammed) {
-        const std::uint32_t payloadSize = packet.size() - kFwPayloadOffset;
+        PrintCoreConfiguration(file, packet);
+    } else if (event == kFwActRegsProgrammed) {
+        const std::uint32_t payloadSize = packet.size() - kFwPayload;
         if (file.verbose)
             console().print("%s: Expected Size %u, actual size %u\n", "PrintFWACTPacket", 8u, payloadSize);
         file.out.print(",\n");

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "fw/fw_correlated_families.h"
+#include "fw/fw_names.h"
 #include "fw/fw_open_events.h"
 #include "json/document.h"
 #include "json/output.h"
@@ -23,8 +24,8 @@ enum SubEvent : std::uint32_t {
 
 void writePair(StreamFile& file, const Packet& begin, const Packet& end, std::uint32_t beginSubEvent)
 {
-    const Packet first = begin.from(kFwPayloadOffset);
-    const Packet last = end.from(kFwPayloadOffset);
+    const Packet first = begin.from(kFwPayload);
+    const Packet last = end.from(kFwPayload);
     const auto start = static_cast<unsigned long long>(begin.timer());
     const auto finish = static_cast<unsigned long long>(end.timer());
 
@@ -33,13 +34,13 @@ void writePair(StreamFile& file, const Packet& begin, const Packet& end, std::ui
         file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"DVFS\",\n"
                        "      \"prop\": {\n        \"osid\": %u,\n        \"Utilisation (%%)\": %u,\n"
                        "        \"Frequency (Hz)\": %u,\n        \"TXTACTCYC\": %u\n",
-                       start, finish, fwOsId(begin), last.u32(12), last.u32(8), last.u32(16) - first.u32(16));
+                       start, finish, FwOsId(begin), last.u32(12), last.u32(8), last.u32(16) - first.u32(16));
     else if (beginSubEvent == kWorkEstimateBegin)
         file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"WORKEST_%s\",\n"
                        "      \"prop\": {\n        \"osid\": %u,\n        \"Index\": %u,\n"
                        "        \"Cycle prediction\": %llu,\n        \"Cycles taken\": %llu,\n"
                        "        \"TXTACTCYC\": %u\n",
-                       start, finish, fwShortDataMasterName(first.u32(16)), fwOsId(begin), last.u32(20),
+                       start, finish, FwDataMasterShortName(first.u32(16)), FwOsId(begin), last.u32(20),
                        static_cast<unsigned long long>(last.u32(8)), static_cast<unsigned long long>(last.u32(12)),
                        last.u32(24) - first.u32(24));
     else
@@ -47,7 +48,7 @@ void writePair(StreamFile& file, const Packet& begin, const Packet& end, std::ui
                        "      \"prop\": {\n        \"osid\": %u,\n        \"Deadline (usec)\": %llu,\n"
                        "        \"Frequency (Hz)\": %u,\n        \"Workload Cycles\": %u,\n"
                        "        \"TXTACTCYC\": %u\n",
-                       start, finish, fwOsId(begin), static_cast<unsigned long long>(last.u64(8)), last.u32(16),
+                       start, finish, FwOsId(begin), static_cast<unsigned long long>(last.u64(8)), last.u32(16),
                        last.u32(20), last.u32(24) - first.u32(24));
     file.out.print("      }\n    }");
 }
@@ -56,7 +57,7 @@ void writePair(StreamFile& file, const Packet& begin, const Packet& end, std::ui
 
 void correlateFrequencyScaling(StreamFile& file, Packet& packet)
 {
-    const std::uint32_t subEvent = packet.u32(kFwPayloadOffset);
+    const std::uint32_t subEvent = packet.u32(kFwPayload);
     if (subEvent == 0 || subEvent > kOppUpdate) {
         console().putLine("warning: Zyntel DVFS data corrupt, packet skipped");
         return;
@@ -66,8 +67,8 @@ void correlateFrequencyScaling(StreamFile& file, Packet& packet)
         file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"OPP Update\",\n"
                        "      \"prop\": {\n        \"osid\": %u,\n        \"OPP\": %u\n",
                        static_cast<unsigned long long>(packet.timer()),
-                       static_cast<unsigned long long>(packet.timer()), fwOsId(packet),
-                       packet.u32(kFwPayloadOffset + 8));
+                       static_cast<unsigned long long>(packet.timer()), FwOsId(packet),
+                       packet.u32(kFwPayload + 8));
         file.out.print("      }\n    }");
         return;
     }

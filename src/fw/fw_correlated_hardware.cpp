@@ -5,6 +5,7 @@
 
 #include "fw/counter_blocks.h"
 #include "fw/fw_correlated_families.h"
+#include "fw/fw_names.h"
 #include "fw/fw_open_events.h"
 #include "json/document.h"
 #include "json/output.h"
@@ -13,8 +14,6 @@
 
 namespace {
 
-constexpr std::uint32_t kPeriodicType = 0x12;
-constexpr std::uint32_t kNullKickType = 0x2A;
 constexpr std::uint64_t kCycleCountStep = 1ull << 32;
 
 enum class HardwareRole { Begin, End, Alone };
@@ -51,9 +50,9 @@ const char* const kHardwareNames[] = {"GP", "2D", "TA", "3D", "CDM", "RTU", "SHG
 
 const char* hardwareSurname(std::uint32_t beginType, std::uint32_t endType)
 {
-    if (beginType == 0x0A) return "TQ";
-    if (beginType == 0x11) return "SPM";
-    if (endType == 0x07) return "PMOOM_TAPAUSE";
+    if (beginType == kFwHw3dTqKick) return "TQ";
+    if (beginType == kFwHw3dSpmKick) return "SPM";
+    if (endType == kFwHwPmOomTaPause) return "PMOOM_TAPAUSE";
     return "";
 }
 
@@ -65,10 +64,10 @@ std::uint64_t workEnd(const Packet& begin, const Packet& end, bool& computed)
     const std::uint64_t kicked = begin.timer();
     const std::uint64_t processed = end.timer();
     computed = false;
-    if (end.typeWord() & kFwCycleCountInvalidFlag) return processed;
+    if (FwCycleCountInvalid(end)) return processed;
 
-    const std::uint32_t beginCycles = begin.u32(kFwPayloadOffset);
-    const std::uint32_t endCycles = end.u32(kFwPayloadOffset);
+    const std::uint32_t beginCycles = begin.u32(FwHardwareFields::dmCyc);
+    const std::uint32_t endCycles = end.u32(FwHardwareFields::dmCyc);
     std::uint64_t base;
     if (beginCycles != 0 && beginCycles != endCycles)
         base = kicked + static_cast<std::uint32_t>(endCycles - beginCycles);
@@ -86,29 +85,29 @@ std::uint64_t workEnd(const Packet& begin, const Packet& end, bool& computed)
 
 void writeJobKeys(Output& out, const Packet& begin, const Packet& end)
 {
-    const Packet payload = begin.from(kFwPayloadOffset);
+    using F = FwHardwareFields;
     const std::uint32_t signature = begin.signature();
-    if (signature == ZYNTEL_PACKET_V2B_SIG || signature == ZYNTEL_PACKET_V2A_SIG + 2) {
-        const std::uint32_t extJobRef = payload.u32(20);
-        const std::uint32_t intJobRef = payload.u32(24);
-        const std::uint32_t workCtx = payload.u32(36);
-        const std::uint32_t ctxPriority = payload.u32(40);
-        if (!(end.typeWord() & kFwMultiGpuFlag))
+    if (FwHasV2bLayout(signature)) {
+        const std::uint32_t extJobRef = begin.u32(F::extJobRef);
+        const std::uint32_t intJobRef = begin.u32(F::intJobRef);
+        const std::uint32_t workCtx = begin.u32(F::workCtx);
+        const std::uint32_t ctxPriority = begin.u32(F::ctxPriority);
+        if (!FwIsMultiGpu(end))
             out.print("        \"ExtJobRef\": %u,\n        \"IntJobRef\": %u,\n        \"WorkCtx\": %u,\n"
                       "        \"CtxPriority\": %u,\n        \"blocks\": [\n",
                       extJobRef, intJobRef, workCtx, ctxPriority);
-        else if (payload.u16(32) >= 49)
+        else if (begin.u16(F::blocksOffset) >= 49)
             out.print("        \"ExtJobRef\": %u,\n        \"IntJobRef\": %u,\n        \"WorkCtx\": %u,\n"
                       "        \"CtxPriority\": %u,\n        \"GPUIdMask\": %u,\n        \"GPUKickId\": %u,\n"
                       "        \"blocks\": [\n",
-                      extJobRef, intJobRef, workCtx, ctxPriority, payload.u32(44), payload.u8(48));
+                      extJobRef, intJobRef, workCtx, ctxPriority, begin.u32(F::gpuIdMask), begin.u8(F::gpuKickId));
         else
             out.print("        \"ExtJobRef\": %u,\n        \"IntJobRef\": %u,\n        \"WorkCtx\": %u,\n"
                       "        \"CtxPriority\": %u,\n        \"GPUIdMask\": %u,\n        \"blocks\": [\n",
-                      extJobRef, intJobRef, workCtx, ctxPriority, payload.u32(44));
+                      extJobRef, intJobRef, workCtx, ctxPriority, begin.u32(F::gpuIdMask));
     } else if (signature == ZYNTEL_PACKET_V2A_SIG) {
-        out.print("        \"ExtJobRef\": %u,\n        \"IntJobRef\": %u,\n        \"blocks\": [\n", payload.u32(20),
-                  payload.u32(24));
+        out.print("        \"ExtJobRef\": %u,\n        \"IntJobRef\": %u,\n        \"blocks\": [\n",
+                  begin.u32(F::extJobRef), begin.u32(F::intJobRef));
     } else {
         out.print("        \"blocks\": [\n");
     }
@@ -133,8 +132,8 @@ void writeHardwarePeriod(StreamFile& file, const Packet& begin, const Packet& en
                         static_cast<unsigned long long>(processed));
 
     const std::uint32_t beginType = begin.eventType();
-    const char* name = beginType == kPeriodicType ? "PERIODIC" : kHardwareNames[dataMasterIndex];
-    const Packet payload = begin.from(kFwPayloadOffset);
+    const char* name = beginType == kFwHwPeriodic ? "PERIODIC" : kHardwareNames[dataMasterIndex];
+    using F = FwHardwareFields;
 
     beginTimePeriod(file);
     file.out.print("    {\n      \"kicked\": %llu,\n      \"start\": %llu,\n      \"end\": %llu,\n"
@@ -143,10 +142,10 @@ void writeHardwarePeriod(StreamFile& file, const Packet& begin, const Packet& en
                    "        \"Context\": %u,\n        \"WorkTarget\": %u,\n        \"Cycles\": %llu,\n",
                    static_cast<unsigned long long>(kicked), static_cast<unsigned long long>(kicked),
                    static_cast<unsigned long long>(endTime), static_cast<unsigned long long>(processed), name,
-                   hardwareSurname(beginType, end.eventType()), fwOsId(begin), payload.u32(4), payload.u32(8),
-                   payload.u32(12), payload.u32(16), static_cast<unsigned long long>(endTime - kicked));
+                   hardwareSurname(beginType, end.eventType()), FwOsId(begin), begin.u32(F::frame), begin.u32(F::pid),
+                   begin.u32(F::context), begin.u32(F::workTarget), static_cast<unsigned long long>(endTime - kicked));
     writeJobKeys(file.out, begin, end);
-    PrintCounterBlocks(file.out, begin, stop, begin.signature(), (end.typeWord() & kFwMultiGpuFlag) != 0);
+    PrintCounterBlocks(file.out, begin, stop, begin.signature(), FwIsMultiGpu(end));
     file.out.print("        ]\n      }\n    }");
 }
 
@@ -155,8 +154,8 @@ void writeHardwarePeriod(StreamFile& file, const Packet& begin, const Packet& en
 std::uint32_t fwHardwareGpuId(const Packet& packet)
 {
     const std::uint32_t type = packet.eventType();
-    if ((type != 0x08 && type != 0x09) || !(packet.typeWord() & kFwMultiGpuFlag)) return 0;
-    const std::uint32_t mask = packet.u32(kFwPayloadOffset + 44);
+    if ((type != kFwHwTaKick && type != kFwHwTaFinished) || !FwIsMultiGpu(packet)) return 0;
+    const std::uint32_t mask = packet.u32(FwHardwareFields::gpuIdMask);
     if (mask == 0) return 0;
     std::uint32_t gpu = 0;
     while (!(mask & (1u << gpu))) ++gpu;
@@ -169,7 +168,7 @@ void correlateHardware(StreamFile& file, Packet& packet)
     if (event.role == HardwareRole::Alone) {
         // A periodic sample shows single counter values; a null kick is its
         // own stop, so its differences are 0.
-        const Packet* stop = packet.eventType() == kNullKickType ? &packet : nullptr;
+        const Packet* stop = packet.eventType() == kFwHwNullKick ? &packet : nullptr;
         writeHardwarePeriod(file, packet, packet, stop, event.dataMasterIndex);
         return;
     }

@@ -16,25 +16,18 @@
 namespace {
 
 constexpr std::uint32_t kPowerEstimateVersion = 0x5A504531;
-constexpr std::uint32_t kPowerOn = 1;
 
 unsigned long long timeOf(const Packet& packet) { return packet.timer(); }
 
 } // namespace
 
-const char* fwShortDataMasterName(std::uint32_t dataMaster)
-{
-    if (dataMaster == kFwNoDataMaster) return "Invalid";
-    return lookupName(FwDataMasterShortNames, dataMaster);
-}
-
 void writeClockChange(StreamFile& file, Packet& packet)
 {
-    const Packet payload = packet.from(kFwPayloadOffset);
+    const Packet payload = packet.from(kFwPayload);
     beginTimePeriod(file);
     file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"CLKCHG\",\n"
                    "      \"prop\": {\n        \"osid\": %u,\n        \"name\": \"%s\",\n",
-                   timeOf(packet), timeOf(packet), fwOsId(packet), lookupName(FwClockSourceNames, payload.u32(8)));
+                   timeOf(packet), timeOf(packet), FwOsId(packet), lookupName(FwClockSourceNames, payload.u32(8)));
     const auto speed = static_cast<unsigned long long>(payload.u64(0));
     const std::uint32_t size = packet.size();
     if (size == 64)
@@ -57,27 +50,27 @@ void writeGpuStateChange(StreamFile& file, Packet& packet)
     beginTimePeriod(file);
     file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"GPUSTATECHG\",\n"
                    "      \"prop\": {\n        \"osid\": %u,\n        \"state\": \"%s\"\n      }\n    }",
-                   timeOf(packet), timeOf(packet), fwOsId(packet),
-                   lookupName(FwGpuStateNames, packet.u32(kFwPayloadOffset)));
+                   timeOf(packet), timeOf(packet), FwOsId(packet),
+                   lookupName(FwGpuStateNames, packet.u32(kFwPayload)));
 }
 
 void writePowerChange(StreamFile& file, Packet& packet)
 {
-    const Packet payload = packet.from(kFwPayloadOffset);
+    const Packet payload = packet.from(kFwPayload);
     const std::uint32_t change = payload.u32(0);
     beginTimePeriod(file);
     file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"PWRCHG\",\n"
                    "      \"prop\": {\n        \"osid\": %u,\n        \"change\": \"%s\",\n",
-                   timeOf(packet), timeOf(packet), fwOsId(packet), lookupName(FwPowerChangeNames, change));
+                   timeOf(packet), timeOf(packet), FwOsId(packet), lookupName(FwPowerChangeNames, change));
     const std::uint32_t size = packet.size();
-    if (change == kPowerOn && size == 64)
+    if (change == kFwPowerOn && size == 64)
         file.out.print("        \"domains\": \"0x%x\",\n        \"ostimestamp\": %llu,\n"
                        "        \"osmonotimestamp\": %llu,\n        \"crtimestamp\": %llu,\n"
                        "        \"gpuclockspeed\": %u\n",
                        payload.u32(4), static_cast<unsigned long long>(payload.u64(32)),
                        static_cast<unsigned long long>(payload.u64(8)),
                        static_cast<unsigned long long>(payload.u64(16)), payload.u32(24));
-    else if (change == kPowerOn && size == 56)
+    else if (change == kFwPowerOn && size == 56)
         file.out.print("        \"domains\": \"0x%x\",\n        \"ostimestamp\": %llu,\n        \"crtimestamp\": %llu,\n"
                        "        \"gpuclockspeed\": %u\n",
                        payload.u32(4), static_cast<unsigned long long>(payload.u64(8)),
@@ -90,7 +83,7 @@ void writePowerChange(StreamFile& file, Packet& packet)
 void writePowerEstimate(StreamFile& file, Packet& packet)
 {
     static const char* const kEstimateNames[] = {"PWREST_REQUEST", "PWREST_READY", "PWREST_RESULT"};
-    const Packet payload = packet.from(kFwPayloadOffset);
+    const Packet payload = packet.from(kFwPayload);
     beginTimePeriod(file);
     if (payload.u32(0) != kPowerEstimateVersion) {
         errorConsole().print("error: Power estimate packet data not recognised\n");
@@ -98,7 +91,7 @@ void writePowerEstimate(StreamFile& file, Packet& packet)
     }
     const std::uint32_t tuples = payload.u32(4) / 8;
     file.out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"%s\",\n",
-                   timeOf(packet), timeOf(packet), kEstimateNames[packet.eventType() - 0x20]);
+                   timeOf(packet), timeOf(packet), kEstimateNames[packet.eventType() - kFwPowerEstRequest]);
     file.out.print("      \"pwrestdata\": {\n        \"tuples\": \"%u\",\n        \"counters\": [\n", tuples);
     const std::uint32_t present = payload.fitCount(8, tuples, 8);
     for (std::uint32_t i = 0; i < present; ++i) {
@@ -114,7 +107,7 @@ void writePowerEstimate(StreamFile& file, Packet& packet)
 
 void writeGpuWorkPeriod(StreamFile& file, Packet& packet)
 {
-    const Packet payload = packet.from(kFwPayloadOffset);
+    const Packet payload = packet.from(kFwPayload);
     const auto start = static_cast<unsigned long>(payload.u64(0) << 8);
     const auto end = static_cast<unsigned long>(packet.timer());
     if (start > end)
@@ -125,20 +118,20 @@ void writeGpuWorkPeriod(StreamFile& file, Packet& packet)
     file.out.print("    {\n      \"start\": %lu,\n      \"end\": %lu,\n      \"name\": \"GPUWORKPERIOD\",\n"
                    "      \"prop\": {\n        \"osid\": %u,\n        \"UID\": %u,\n        \"Cycles\": %lu\n"
                    "      }\n    }",
-                   start, end, fwOsId(packet), payload.u32(8), end - start);
+                   start, end, FwOsId(packet), payload.u32(8), end - start);
 }
 
 void writeUfoPeriod(StreamFile& file, Packet& packet)
 {
-    const Packet payload = packet.from(kFwPayloadOffset);
+    const Packet payload = packet.from(kFwPayload);
     const std::uint32_t ufoEvent = payload.u32(0);
     const char* eventName = lookupName(UfoEventNames, ufoEvent);
-    const char* dataMasterName = fwShortDataMasterName(payload.u32(28));
+    const char* dataMasterName = FwDataMasterShortName(payload.u32(28));
     const std::uint32_t ufoCount = payload.u16(26);
-    const std::uint32_t maximum = maxUfoCount(packet.size(), ufoEvent);
+    const std::uint32_t maximum = UfoMaxRecords(packet.size(), ufoEvent);
 
     beginTimePeriod(file);
-    if (ufoCount >= packet.size() || ufoCount > maximum) {
+    if (UfoListTooLarge(packet.size(), ufoCount, maximum)) {
         console().print("%s: packet # %u / %x too large. NumUFOs = %u, Max #UFOs = %u, Packet size = %u\n",
                         "PrintUFOPacket", packet.ordinal(), packet.ordinal(), ufoCount, maximum, packet.size());
         if (file.verbose) {
@@ -154,7 +147,7 @@ void writeUfoPeriod(StreamFile& file, Packet& packet)
                    "      \"prop\": {\n        \"osid\": %u,\n        \"PID\": %u,\n        \"DM\": \"%s\",\n"
                    "        \"ExtJobRef\": %u,\n        \"IntJobRef\": %u,\n        \"Event\": \"%s\",\n"
                    "        \"Context\": %u,\n        \"UFOs\": [\n",
-                   timeOf(packet), timeOf(packet), fwOsId(packet), payload.u32(8), dataMasterName, payload.u32(12),
+                   timeOf(packet), timeOf(packet), FwOsId(packet), payload.u32(8), dataMasterName, payload.u32(12),
                    payload.u32(16), eventName, payload.u32(20));
     PrintUFOList(file.out, ufoEvent, payload.from(payload.u16(24)), ufoCount);
     file.out.print("        ]\n      }\n    }");

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "fw/fw_correlated_families.h"
+#include "fw/fw_names.h"
 #include "fw/fw_open_events.h"
 #include "json/document.h"
 #include "json/output.h"
@@ -17,8 +18,8 @@ const char* const kSectionKinds[] = {"BG", "IRQ", "DBG"};
 
 void writeSection(StreamFile& file, const Packet& start, const Packet& end, unsigned kind)
 {
-    const Packet first = start.from(kFwPayloadOffset);
-    const Packet last = end.from(kFwPayloadOffset);
+    const Packet first = start.from(kFwPayload);
+    const Packet last = end.from(kFwPayload);
     const std::uint32_t startActive = first.u32(4);
     std::uint32_t endActive = last.u32(4);
     if (startActive > endActive) endActive += kActiveCycleWrap;
@@ -29,7 +30,7 @@ void writeSection(StreamFile& file, const Packet& start, const Packet& end, unsi
                    "        \"actcyc_start\": %u,\n        \"metacount0\": %u,\n        \"metacount1\": %u\n"
                    "      }\n    }",
                    static_cast<unsigned long long>(start.timer()), static_cast<unsigned long long>(end.timer()),
-                   fwThreadFlag(start), kSectionKinds[kind], fwShortDataMasterName(first.u32(0)), fwOsId(start),
+                   fwThreadFlag(start), kSectionKinds[kind], FwDataMasterShortName(first.u32(0)), FwOsId(start),
                    endActive, startActive, last.u32(8) - first.u32(8), last.u32(12) - first.u32(12));
 }
 
@@ -40,7 +41,7 @@ void correlateSection(StreamFile& file, Packet& packet)
     // Types 1/2 background, 3/4 interrupt, 5/6 debug; odd types start.
     const std::uint32_t type = packet.eventType();
     const unsigned kind = (type - 1) / 2;
-    const std::uint32_t dataMaster = packet.u32(kFwPayloadOffset);
+    const std::uint32_t dataMaster = packet.u32(kFwPayload);
     if (dataMaster >= kFwDataMasterCount) return;
 
     StoredPacket& slot = fwOpenEvents().sections[kind][dataMaster];
@@ -55,7 +56,7 @@ void correlateSection(StreamFile& file, Packet& packet)
 
 void correlateContextSwitch(StreamFile& file, Packet& packet)
 {
-    const std::uint32_t dataMaster = packet.u32(kFwPayloadOffset);
+    const std::uint32_t dataMaster = packet.u32(kFwPayload);
     if (dataMaster >= kFwDataMasterCount) return;
 
     StoredPacket& slot = fwOpenEvents().contextSwitches[dataMaster];
@@ -66,8 +67,8 @@ void correlateContextSwitch(StreamFile& file, Packet& packet)
     if (slot.empty()) return;
 
     const Packet store = slot.view();
-    const Packet stored = store.from(kFwPayloadOffset);
-    const Packet completed = packet.from(kFwPayloadOffset);
+    const Packet stored = store.from(kFwPayload);
+    const Packet completed = packet.from(kFwPayload);
     if (store.timer() > packet.timer())
         console().print("warning: Zyntel packet (%u) has invalid timestamps (start: %llu, end: %llu)\n",
                         store.ordinal(), static_cast<unsigned long long>(store.timer()),
@@ -78,7 +79,7 @@ void correlateContextSwitch(StreamFile& file, Packet& packet)
                    "      \"surname\": \"%s\",\n      \"prop\": {\n        \"osid\": %u,\n        \"frame\": %u,\n"
                    "        \"Context\": %u,\n        \"Phase\": %u,\n        \"Cycle\": %u\n      }\n    }",
                    static_cast<unsigned long long>(store.timer()), static_cast<unsigned long long>(packet.timer()),
-                   fwShortDataMasterName(dataMaster), "", fwOsId(store), stored.u32(8), stored.u32(4),
+                   FwDataMasterShortName(dataMaster), "", FwOsId(store), stored.u32(8), stored.u32(4),
                    stored.u32(20), completed.u32(16) - stored.u32(16));
     slot.clear();
 }
