@@ -52,9 +52,9 @@ inline bool FwHasV2bLayout(std::uint32_t signature)
     return signature == ZYNTEL_PACKET_V2B_SIG || signature == kSigV2aPlus2;
 }
 
-inline FwBlockStream FwLocateBlocks(const Packet& packet)
+// `signature` decides the layout (a correlated pair uses its begin's for both).
+inline FwBlockStream FwLocateBlocks(const Packet& packet, std::uint32_t signature)
 {
-    std::uint32_t signature = packet.signature();
     if (FwHasV2bLayout(signature)) {
         std::uint32_t word = packet.u32(FwHardwareFields::blocksOffset);
         return {word >> 16, kFwPayload + (word & 0xFFFF)};
