@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "fw/core_config.h"
-#include "fw/counter_blocks.h"
+#include "fw/counter_registration.h"
 #include "fw/fw_correlated_families.h"
 #include "fw/fw_names.h"
 #include "json/document.h"
@@ -66,7 +66,7 @@ void writeActivityPeriod(StreamFile& file, Packet& packet)
         if (file.verbose)
             console().print("%s: Expected Size %u, actual size %u\n", "PrintFWACTPacket", 8u, payloadSize);
         file.out.print(",\n");
-        if (payloadSize >= 8) RegisterCounterIds(file, packet, invalidBlockIdReported);
+        if (payloadSize >= 8) PrintCounterIdRegistration(file, packet, invalidBlockIdReported);
     }
     file.out.print("      }\n    }");
 }
