@@ -425,6 +425,36 @@ TEST_F(FwCorrelated, ActivityEvents)
                                head + "\"08_Kick_Cancel\"      }\n    }");
 }
 
+TEST_F(FwCorrelated, RegisteredCounterIdsLabelLaterValueCounts)
+{
+    // Block 32 programs counters 0xA1 and 0xA2; a later value-count block of
+    // the same row (id 0x8020) prints its values under those ids.
+    auto withValues = [](PacketBuilder packet, std::uint32_t first, std::uint32_t second) {
+        return packet.putU32(32, 48 | 1u << 16).u32s({0x80200002, first, second});
+    };
+    Capture capture;
+    capture.add(activity({1, 0}))
+        .add(activity({1, 1, 32, 2, 0xA1, 0xA2}))
+        .add(withValues(hardware(0x15, 10, 0), 5, 7))
+        .add(withValues(hardware(0x16, 20, 0), 8, 7));
+    Converted out = convert(capture, {"-v"});
+    EXPECT_EQ(out.periods.substr(0, out.periods.find("},\n") + 3),
+              "    {\n      \"start\": 256,\n      \"end\": 256,\n      \"name\": \"FW_ACTIVITY\",\n"
+              "      \"prop\": {\n        \"osid\": 0,\n        \"Event\": \"01_Regs_Programmed\",\n"
+              "        \"nBlocks\": 0\n      }\n    },\n");
+    EXPECT_NE(out.periods.find("            \"blkid\": \"USC_DA0_Blk\",\n            \"len\": \"0x2\",\n"
+                               "            \"counters\": [\n"
+                               "             {\n               \"id\" : \"0xa1  \",\n"
+                               "               \"value_start\" : 5,\n               \"value_stop\" : 8,\n"
+                               "               \"value\" : 3\n             },\n"
+                               "             {\n               \"id\" : \"0xa2  \",\n"
+                               "               \"value_start\" : 7,\n               \"value_stop\" : 7,\n"
+                               "               \"value\" : 0\n             }\n"),
+              std::string::npos)
+        << out.periods;
+    EXPECT_NE(out.console.find("PrintFWACTPacket: Expected Size 8, actual size 8\n"), std::string::npos);
+}
+
 TEST_F(FwCorrelated, UnknownTypesAreRejectedAndPendingBeginsEndWithTheFile)
 {
     PacketBuilder undefined(typeWord(0x1C));
