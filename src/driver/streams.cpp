@@ -1,12 +1,13 @@
 #include "driver/run.h"
 #include "fw/fw_correlated.h"
+#include "fw/fw_raw.h"
 
 // Streams whose converters are not part of this build are reported and
 // skipped by the driver.
 const StreamTable& builtInStreams()
 {
     static const StreamTable table{
-        {"Firmware", 5000, fwConvertCorrelated, nullptr, fwBeginFile},
+        {"Firmware", 5000, fwConvertCorrelated, fwConvertRaw, fwBeginFile},
         {"Host", 1000, nullptr, nullptr, nullptr},
         {"Client", 1000, nullptr, nullptr, nullptr},
     };
