@@ -6,8 +6,8 @@
 
 #include "driver/run.h"
 #include "fw/fw_correlated.h"
-#include "support/packet_builder.h"
-#include "support/tool_runner.h"
+#include "packet_builder.h"
+#include "tool_runner.h"
 
 namespace {
 
