@@ -1,4 +1,5 @@
 #include "driver/run.h"
+#include "fw/fw_correlated.h"
 #include "fw/fw_raw.h"
 
 // Streams whose converters are not part of this build are reported and
@@ -6,7 +7,7 @@
 const StreamTable& builtInStreams()
 {
     static const StreamTable table{
-        {"Firmware", 5000, nullptr, fwConvertRaw, nullptr},
+        {"Firmware", 5000, fwConvertCorrelated, fwConvertRaw, fwBeginFile},
         {"Host", 1000, nullptr, nullptr, nullptr},
         {"Client", 1000, nullptr, nullptr, nullptr},
     };
