@@ -61,6 +61,29 @@ private:
     void* context_;
 };
 
+
+// One dump row, "      \"%p\": \"" and the bytes as "%02x", one space
+// between bytes and two between groups of four, then "\",\n" for a full row
+// or "\"\n" for the last. Built by hand: dumps are the bulk of -hex output.
+void writeDumpRow(Output& out, const std::uint8_t* row, std::uint32_t count, bool last)
+{
+    static const char digits[] = "0123456789abcdef";
+    char line[128];
+    int length = formatBounded(line, sizeof line, "%s\"%p\": \"", "      ", static_cast<const void*>(row));
+    char* at = line + length;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        *at++ = digits[row[i] >> 4];
+        *at++ = digits[row[i] & 15];
+        if (i + 1 == count) break;
+        *at++ = ' ';
+        if (i % 4 == 3) *at++ = ' ';
+    }
+    *at++ = '"';
+    if (!last) *at++ = ',';
+    *at++ = '\n';
+    out.write(std::string_view(line, static_cast<std::size_t>(at - line)));
+}
+
 } // namespace
 
 void writeHexDump(StreamFile* file, const Packet& packet)
@@ -76,26 +99,7 @@ void writeHexDump(StreamFile* file, const Packet& packet)
     std::uint32_t remaining = sizeWord < packet.size() ? sizeWord : packet.size();
     const std::uint8_t* row = packet.bytes();
     RowFailureReport rowReport(out);
-    while (remaining > 16) {
-        const std::uint8_t* b = row;
-        out.print("%s\"%p\": \"%02x %02x %02x %02x  %02x %02x %02x %02x  %02x %02x %02x %02x  "
-                  "%02x %02x %02x %02x\",\n",
-                  "      ", static_cast<const void*>(row), b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7], b[8], b[9],
-                  b[10], b[11], b[12], b[13], b[14], b[15]);
-        row += 16;
-        remaining -= 16;
-    }
-    if (remaining > 0) {
-        char text[100];
-        int length = formatBounded(text, sizeof text, "%s\"%p\": \"", "      ", static_cast<const void*>(row));
-        std::uint32_t at = 0;
-        for (; remaining - at > 4; at += 4)
-            length += formatBounded(text + length, sizeof text - length, "%02x %02x %02x %02x  ", row[at],
-                                    row[at + 1], row[at + 2], row[at + 3]);
-        for (; at < remaining; ++at)
-            length += formatBounded(text + length, sizeof text - length, at + 1 < remaining ? "%02x " : "%02x",
-                                    row[at]);
-        out.print("%s\"\n", text);
-    }
+    for (; remaining > 16; row += 16, remaining -= 16) writeDumpRow(out, row, 16, false);
+    if (remaining > 0) writeDumpRow(out, row, remaining, true);
     out.write("    }");
 }
