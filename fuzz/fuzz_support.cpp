@@ -8,8 +8,7 @@
 #include "json/output.h"
 #include "stream/header.h"
 
-void fuzzConverter(const std::uint8_t* data, std::size_t size, Converter converter, void (*beginFile)(),
-                   const FuzzMode& mode)
+int silenceConsole()
 {
     static int devNull = open("/dev/null", O_WRONLY);
     static Output quiet;
@@ -19,6 +18,13 @@ void fuzzConverter(const std::uint8_t* data, std::size_t size, Converter convert
         redirectConsole(&quiet, &quiet);
         attached = true;
     }
+    return devNull;
+}
+
+void fuzzConverter(const std::uint8_t* data, std::size_t size, Converter converter, void (*beginFile)(),
+                   const FuzzMode& mode)
+{
+    int devNull = silenceConsole();
 
     StreamFile file;
     file.streamName = "Fuzz";

@@ -16,6 +16,9 @@ struct FuzzMode {
     std::uint32_t streamId = 0; // forced into every packet's type word
 };
 
+// Sends console output to /dev/null; returns a descriptor of /dev/null.
+int silenceConsole();
+
 // The first two bytes of each chunk give its length; the rest is the packet.
 void fuzzConverter(const std::uint8_t* data, std::size_t size, Converter converter, void (*beginFile)(),
                    const FuzzMode& mode);

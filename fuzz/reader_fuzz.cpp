@@ -6,6 +6,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include "fuzz_support.h"
 #include "json/document.h"
 #include "json/output.h"
 #include "stream/header.h"
@@ -14,14 +15,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static int devNull = open("/dev/null", O_WRONLY);
-    static Output quiet;
-    static bool attached = false;
-    if (!attached) {
-        quiet.attachDescriptor(devNull, false);
-        redirectConsole(&quiet, &quiet);
-        attached = true;
-    }
+    int devNull = silenceConsole();
     if (size < 1) return 0;
     std::uint8_t mode = data[0];
 
