@@ -29,7 +29,8 @@ struct BvncText {
     char text[kBvncTextSize + 1] = {};
     explicit BvncText(const Packet& packet)
     {
-        for (std::size_t i = 0; i < kBvncTextSize; ++i) text[i] = static_cast<char>(packet.u8(kBvncText + i));
+        for (std::size_t i = 0; i < kBvncTextSize; ++i)
+            text[i] = static_cast<char>(packet.u8(kBvncText + i));
     }
 };
 
@@ -50,8 +51,9 @@ void displayBlocks(StreamFile& file, const Packet& packet, bool multiGpu, std::u
                        "        \"NumGPUCores\": %u,\n        \"blocks\": [\n",
                        bvnc.text, features, features, packet.u16(kNumGpuCores));
     else
-        file.out.print("        \"BVNC\": \"%s\",\n        \"BVNCFeatureList\": \"%u # 0x%08x\",\n        \"blocks\": [\n",
-                       bvnc.text, features, features);
+        file.out.print(
+            "        \"BVNC\": \"%s\",\n        \"BVNCFeatureList\": \"%u # 0x%08x\",\n        \"blocks\": [\n",
+            bvnc.text, features, features);
 
     std::uint32_t first = kFwPayload + recordOffset;
     std::uint32_t records = packet.fitCount(first, packet.u16(kBlockRecordCount), kRecordSize);

@@ -58,8 +58,9 @@ void printCustomBlock(Output& out, Cursors& cursor, std::uint32_t header, bool m
                       "               \"value\"       :  %u\n             }",
                       id, start, stop, difference);
         } else {
-            out.print("              {\n                \"ID\" : \"0x%x\",\n                \"value\" : %u\n              }",
-                      id, start);
+            out.print(
+                "              {\n                \"ID\" : \"0x%x\",\n                \"value\" : %u\n              }",
+                id, start);
         }
         out.write(i + 1 < shown ? ",\n" : "\n");
     }
@@ -69,7 +70,8 @@ void printCustomBlock(Output& out, Cursors& cursor, std::uint32_t header, bool m
 void printMaskValues(Output& out, Cursors& cursor, std::uint32_t mask)
 {
     std::uint32_t wanted = 0;
-    for (std::uint32_t bit = 0; bit < kMaskBits; ++bit) wanted += (mask >> bit) & 1;
+    for (std::uint32_t bit = 0; bit < kMaskBits; ++bit)
+        wanted += (mask >> bit) & 1;
     std::uint32_t present = cursor.begin.fitCount(cursor.at, wanted, 4);
 
     const char* prefix = "";
@@ -100,8 +102,9 @@ void printCountedValues(Output& out, Cursors& cursor, std::uint32_t id, std::uin
                           "               \"value_stop\" : %u,\n               \"value\" : %u\n             }",
                           counterId, start, stop, stop - start);
             else
-                out.print("             {\n              \"id\" : \"0x%-4x\",\n              \"value\" : %u\n             }",
-                          counterId, start);
+                out.print(
+                    "             {\n              \"id\" : \"0x%-4x\",\n              \"value\" : %u\n             }",
+                    counterId, start);
         } else {
             if (cursor.end)
                 out.print("               \"value_start%u\" : %u,\n               \"value_stop%u\" : %u,\n"

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::uint32_t P = kFwPayload; // payload offsets below count from here
-
 // Payload size of the full HWR form: event, data master, reason, context,
 // and one word more.
 constexpr std::uint32_t kHwrFullSize = 20;
@@ -24,24 +22,24 @@ bool gInvalidBlockIdReported = false;
 
 void writeHwrFields(StreamFile& file, const Packet& packet, std::uint32_t event)
 {
-    const char* dataMaster = FwDataMasterName(packet.u32(P + 4));
-    const char* reason = lookupName(FwHwrReasonNames, packet.u32(P + 8));
+    const char* dataMaster = FwDataMasterName(packet.u32(kFwPayload + 4));
+    const char* reason = lookupName(FwHwrReasonNames, packet.u32(kFwPayload + 8));
     file.out.write(",\n");
-    std::uint32_t payloadSize = packet.size() - P;
+    std::uint32_t payloadSize = packet.size() - kFwPayload;
     if (payloadSize < kHwrFullSize) {
         // The short form: every word after the event word, as it stands.
         int words = packet.size() >= 28 ? static_cast<int>((packet.size() - 28) / 4) : 0;
         for (int i = 0; i < words; ++i)
             file.out.print(i + 1 < words ? "        \"dword%d\": %u,\n" : "        \"dword%d\": %u", i,
-                           packet.u32(P + 4 + 4 * i));
+                           packet.u32(kFwPayload + 4 + 4 * i));
         return;
     }
     if (payloadSize > kHwrFullSize) console().putLine("warning: Detected newer format of the Zyntel FWACT packet.");
     if (event == kFwActHwrDetected)
-        file.out.print("        \"dm\": \"%s\",\n        \"reason\": \"%s\",\n        \"Context\": %u", dataMaster, reason,
-                       packet.u32(P + 12));
+        file.out.print("        \"dm\": \"%s\",\n        \"reason\": \"%s\",\n        \"Context\": %u", dataMaster,
+                       reason, packet.u32(kFwPayload + 12));
     else
-        file.out.print("        \"dm\": \"%s\",\n        \"Context\": %u", dataMaster, packet.u32(P + 12));
+        file.out.print("        \"dm\": \"%s\",\n        \"Context\": %u", dataMaster, packet.u32(kFwPayload + 12));
 }
 
 } // namespace
@@ -50,11 +48,11 @@ void writeHwrFields(StreamFile& file, const Packet& packet, std::uint32_t event)
 // 20 context, 24 u16 record offset, 26 u16 record count, 28 data master.
 void writeRawUfo(StreamFile& file, const Packet& packet)
 {
-    std::uint32_t ufoEvent = packet.u32(P);
+    std::uint32_t ufoEvent = packet.u32(kFwPayload);
     const char* eventName = lookupName(UfoEventNames, ufoEvent);
-    const char* dataMaster = FwDataMasterName(packet.u32(P + 28));
-    std::uint32_t ufoOffset = packet.u16(P + 24);
-    std::uint32_t ufoCount = packet.u16(P + 26);
+    const char* dataMaster = FwDataMasterName(packet.u32(kFwPayload + 28));
+    std::uint32_t ufoOffset = packet.u16(kFwPayload + 24);
+    std::uint32_t ufoCount = packet.u16(kFwPayload + 26);
     std::uint32_t packetSize = packet.size();
     std::uint32_t maxRecords = UfoMaxRecords(packetSize, ufoEvent);
 
@@ -74,28 +72,29 @@ void writeRawUfo(StreamFile& file, const Packet& packet)
     file.out.print("      \"syncop\": {\n        \"osid\": %u,\n        \"PID\": %u,\n        \"DM\": \"%s\",\n"
                    "        \"ExtJobRef\": %u,\n        \"IntJobRef\": %u,\n        \"Event\": \"%s\",\n"
                    "        \"Context\": %u,\n        \"UFOs\": [\n",
-                   FwOsId(packet), packet.u32(P + 8), dataMaster, packet.u32(P + 12), packet.u32(P + 16), eventName,
-                   packet.u32(P + 20));
-    PrintUFOList(file.out, ufoEvent, packet.from(P + ufoOffset), ufoCount);
+                   FwOsId(packet), packet.u32(kFwPayload + 8), dataMaster, packet.u32(kFwPayload + 12),
+                   packet.u32(kFwPayload + 16), eventName, packet.u32(kFwPayload + 20));
+    PrintUFOList(file.out, ufoEvent, packet.from(kFwPayload + ufoOffset), ufoCount);
     file.out.write("        ]\n      }\n    }");
 }
 
 // Firmware activity: the event word at 0 selects what follows.
 void writeRawActivity(StreamFile& file, const Packet& packet)
 {
-    std::uint32_t event = packet.u32(P);
+    std::uint32_t event = packet.u32(kFwPayload);
     file.out.print("      \"fwactdata\": {\n        \"osid\": %u,\n        \"event\": \"%s\"", FwOsId(packet),
                    lookupName(FwActivityEventNames, event));
     if (event >= kFwActHwrDetected && event <= kFwActHwrFreelistReady) {
         writeHwrFields(file, packet, event);
     } else if (event == kFwActFilterSet) {
-        file.out.print(",\n        \"EventMask\": \"0x%08x%08x\"\n", packet.u32(P + 8), packet.u32(P + 4));
+        file.out.print(",\n        \"EventMask\": \"0x%08x%08x\"\n", packet.u32(kFwPayload + 8),
+                       packet.u32(kFwPayload + 4));
     } else if (event == kFwActFeatureFlags) {
         file.out.write(",\n");
         PrintCoreConfiguration(file, packet);
     } else if (event == kFwActRegsProgrammed) {
         file.out.write(",\n");
-        if (packet.size() - P >= 8) PrintCounterIdRegistration(file, packet, gInvalidBlockIdReported);
+        if (packet.size() - kFwPayload >= 8) PrintCounterIdRegistration(file, packet, gInvalidBlockIdReported);
     }
     file.out.write("      }\n    }");
 }

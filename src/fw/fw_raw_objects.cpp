@@ -1,3 +1,6 @@
+// Raw payload objects of the firmware sections, hardware work, clock, state,
+// power, work-period, context-switch and frequency-scaling packets. Field
+// offsets are written as kFwPayload plus the offset within the payload.
 #include "fw/counter_blocks.h"
 #include "fw/fw_names.h"
 #include "fw/fw_payload.h"
@@ -12,7 +15,6 @@ namespace {
 using ull = unsigned long long;
 using ul = unsigned long;
 
-constexpr std::uint32_t P = kFwPayload; // payload offsets below count from here
 constexpr std::uint32_t kPowerEstimateVersion = 0x5A504531;
 
 } // namespace
@@ -22,8 +24,8 @@ void writeRawSection(StreamFile& file, const Packet& packet)
 {
     file.out.print("      \"fwdata\": {\n        \"osid\": %u,\n        \"dm\": \"%s\",\n        \"txtactcyc\": %u,\n"
                    "        \"firmwareperfcount0\": %u,\n        \"firmwareperfcount1\": %u\n      }\n",
-                   FwOsId(packet), FwDataMasterName(packet.u32(P)), packet.u32(P + 4), packet.u32(P + 8),
-                   packet.u32(P + 12));
+                   FwOsId(packet), FwDataMasterName(packet.u32(kFwPayload)), packet.u32(kFwPayload + 4),
+                   packet.u32(kFwPayload + 8), packet.u32(kFwPayload + 12));
     file.out.write("    }");
 }
 
@@ -69,15 +71,16 @@ void writeRawHardware(StreamFile& file, const Packet& packet)
 void writeRawClockChange(StreamFile& file, const Packet& packet)
 {
     file.out.print("      \"clkschgdata\": {\n        \"name\": \"%s\",\n        \"osid\": %u,\n",
-                   lookupName(FwClockSourceNames, packet.u32(P + 8)), FwOsId(packet));
-    ull speed = packet.u64(P);
+                   lookupName(FwClockSourceNames, packet.u32(kFwPayload + 8)), FwOsId(packet));
+    ull speed = packet.u64(kFwPayload);
     if (packet.size() == 64)
         file.out.print("        \"speed\": %llu,\n        \"ostimestamp\": %llu,\n        \"osmonotimestamp\": %llu,\n"
                        "        \"crtimestamp\": %llu\n",
-                       speed, ull(packet.u64(P + 32)), ull(packet.u64(P + 16)), ull(packet.u64(P + 24)));
+                       speed, ull(packet.u64(kFwPayload + 32)), ull(packet.u64(kFwPayload + 16)),
+                       ull(packet.u64(kFwPayload + 24)));
     else if (packet.size() == 56)
-        file.out.print("        \"speed\": %llu,\n        \"ostimestamp\": %llu,\n        \"crtimestamp\": %llu\n", speed,
-                       ull(packet.u64(P + 16)), ull(packet.u64(P + 24)));
+        file.out.print("        \"speed\": %llu,\n        \"ostimestamp\": %llu,\n        \"crtimestamp\": %llu\n",
+                       speed, ull(packet.u64(kFwPayload + 16)), ull(packet.u64(kFwPayload + 24)));
     else
         file.out.print("        \"speed\": %llu\n", speed);
     file.out.write("      }\n    }");
@@ -85,8 +88,8 @@ void writeRawClockChange(StreamFile& file, const Packet& packet)
 
 void writeRawGpuState(StreamFile& file, const Packet& packet)
 {
-    file.out.print("      \"gpustatedata\": {\n        \"osid\": %u,\n        \"state\": \"%s\"\n      }\n", FwOsId(packet),
-                   lookupName(FwGpuStateNames, packet.u32(P)));
+    file.out.print("      \"gpustatedata\": {\n        \"osid\": %u,\n        \"state\": \"%s\"\n      }\n",
+                   FwOsId(packet), lookupName(FwGpuStateNames, packet.u32(kFwPayload)));
     file.out.write("    }");
 }
 
@@ -94,25 +97,27 @@ void writeRawGpuState(StreamFile& file, const Packet& packet)
 // A wrong version leaves the element open.
 void writeRawPowerEstimate(StreamFile& file, const Packet& packet)
 {
-    std::uint32_t version = packet.u32(P);
+    std::uint32_t version = packet.u32(kFwPayload);
     if (version != kPowerEstimateVersion) {
         errorConsole().print("error: Power estimate packet data not recognised\n");
         return;
     }
-    std::uint32_t dataSize = packet.u32(P + 4);
+    std::uint32_t dataSize = packet.u32(kFwPayload + 4);
     std::uint32_t tuples = dataSize / 8;
-    file.out.print("      \"pwrestdata\": {\n        \"version\": \"0x%x\",\n        \"size\": %u,\n        \"tuples\": %u,\n"
-                   "        \"counters\": [\n",
-                   version, dataSize, tuples);
-    std::uint32_t shown = packet.fitCount(P + 8, tuples, 8);
+    file.out.print(
+        "      \"pwrestdata\": {\n        \"version\": \"0x%x\",\n        \"size\": %u,\n        \"tuples\": %u,\n"
+        "        \"counters\": [\n",
+        version, dataSize, tuples);
+    std::uint32_t shown = packet.fitCount(kFwPayload + 8, tuples, 8);
     for (std::uint32_t i = 0; i < shown; ++i) {
-        std::uint32_t descriptor = packet.u32(P + 8 + i * 8);
-        std::uint32_t value = packet.u32(P + 12 + i * 8);
-        file.out.print("          {\n           \"osid\": %u,\n           \"id\": \"0x%x\",\n           \"highword\": %u,\n"
-                       "           \"gpuid\": %u,\n           \"hwunit\": %u,\n           \"value\": \"%u # 0x%08x\"\n"
-                       "          %s\n",
-                       FwOsId(packet), descriptor & 0xFFFF, descriptor >> 31, (descriptor >> 28) & 0x7,
-                       (descriptor >> 24) & 0xF, value, value, i + 1 < shown ? "}," : "}");
+        std::uint32_t descriptor = packet.u32(kFwPayload + 8 + i * 8);
+        std::uint32_t value = packet.u32(kFwPayload + 12 + i * 8);
+        file.out.print(
+            "          {\n           \"osid\": %u,\n           \"id\": \"0x%x\",\n           \"highword\": %u,\n"
+            "           \"gpuid\": %u,\n           \"hwunit\": %u,\n           \"value\": \"%u # 0x%08x\"\n"
+            "          %s\n",
+            FwOsId(packet), descriptor & 0xFFFF, descriptor >> 31, (descriptor >> 28) & 0x7, (descriptor >> 24) & 0xF,
+            value, value, i + 1 < shown ? "}," : "}");
     }
     file.out.write("        ]\n      }\n");
     file.out.write("    }");
@@ -122,19 +127,21 @@ void writeRawPowerEstimate(StreamFile& file, const Packet& packet)
 // adds OS and correlation timestamps and the GPU clock speed.
 void writeRawPowerChange(StreamFile& file, const Packet& packet)
 {
-    std::uint32_t change = packet.u32(P);
+    std::uint32_t change = packet.u32(kFwPayload);
     file.out.print("      \"pwrchg\": {\n        \"osid\": %u,\n        \"change\": \"%s\",\n", FwOsId(packet),
                    lookupName(FwPowerChangeNames, change));
-    std::uint32_t domains = packet.u32(P + 4);
+    std::uint32_t domains = packet.u32(kFwPayload + 4);
     if (change == kFwPowerOn && packet.size() == 64)
-        file.out.print("        \"domains\": \"0x%x\",\n        \"ostimestamp\": %llu,\n        \"osmonotimestamp\": %llu,\n"
-                       "        \"crtimestamp\": %llu,\n        \"gpuclockspeed\": %u\n",
-                       domains, ull(packet.u64(P + 32)), ull(packet.u64(P + 8)), ull(packet.u64(P + 16)),
-                       packet.u32(P + 24));
+        file.out.print(
+            "        \"domains\": \"0x%x\",\n        \"ostimestamp\": %llu,\n        \"osmonotimestamp\": %llu,\n"
+            "        \"crtimestamp\": %llu,\n        \"gpuclockspeed\": %u\n",
+            domains, ull(packet.u64(kFwPayload + 32)), ull(packet.u64(kFwPayload + 8)),
+            ull(packet.u64(kFwPayload + 16)), packet.u32(kFwPayload + 24));
     else if (change == kFwPowerOn && packet.size() == 56)
-        file.out.print("        \"domains\": \"0x%x\",\n        \"ostimestamp\": %llu,\n        \"crtimestamp\": %llu,\n"
-                       "        \"gpuclockspeed\": %u\n",
-                       domains, ull(packet.u64(P + 8)), ull(packet.u64(P + 16)), packet.u32(P + 24));
+        file.out.print(
+            "        \"domains\": \"0x%x\",\n        \"ostimestamp\": %llu,\n        \"crtimestamp\": %llu,\n"
+            "        \"gpuclockspeed\": %u\n",
+            domains, ull(packet.u64(kFwPayload + 8)), ull(packet.u64(kFwPayload + 16)), packet.u32(kFwPayload + 24));
     else
         file.out.print("        \"domains\": \"0x%x\"\n", domains);
     file.out.write("      }\n    }");
@@ -149,11 +156,12 @@ void writeRawGpuWorkPeriod(StreamFile& file, const Packet& packet)
         writeHexDump(&file, packet);
         return;
     }
-    std::uint64_t startTimer = packet.u64(P);
+    std::uint64_t startTimer = packet.u64(kFwPayload);
     std::uint64_t timer = packet.timer();
     file.out.print("      \"gpuworkperiod\": {\n        \"start\": %lu,\n        \"end\": %lu,\n        \"osid\": %u,\n"
                    "        \"uid\": %u,\n        \"cycles\": %lu\n      }\n",
-                   ul(startTimer << 8), ul(timer << 8), FwOsId(packet), packet.u32(P + 8), ul((timer - startTimer) << 8));
+                   ul(startTimer << 8), ul(timer << 8), FwOsId(packet), packet.u32(kFwPayload + 8),
+                   ul((timer - startTimer) << 8));
     file.out.write("    }");
 }
 
@@ -164,15 +172,16 @@ void writeRawContextSwitch(StreamFile& file, const Packet& packet)
     file.out.print("      \"cswdata\": {\n        \"osid\": %u,\n        \"dm\": \"%s\",\n        \"frame\": %u,\n"
                    "        \"Context\": %u,\n        \"txtactcyc\": %u,\n        \"perf_phase\": %u,\n"
                    "        \"perf_cycle\": %u\n      }\n",
-                   FwOsId(packet), FwDataMasterName(packet.u32(P)), packet.u32(P + 8), packet.u32(P + 4),
-                   packet.u32(P + 12), packet.u32(P + 20), packet.u32(P + 16));
+                   FwOsId(packet), FwDataMasterName(packet.u32(kFwPayload)), packet.u32(kFwPayload + 8),
+                   packet.u32(kFwPayload + 4), packet.u32(kFwPayload + 12), packet.u32(kFwPayload + 20),
+                   packet.u32(kFwPayload + 16));
     file.out.write("    }");
 }
 
 // Frequency scaling: the sub-event at 0 selects the fields.
 void writeRawDvfs(StreamFile& file, const Packet& packet, const char* typeName)
 {
-    std::uint32_t subEvent = packet.u32(P);
+    std::uint32_t subEvent = packet.u32(kFwPayload);
     if (subEvent == 0 || subEvent > 7) {
         console().print("error: Zyntel DVFS packet type unknown (%d), packet skipped\n", static_cast<int>(subEvent));
         return;
@@ -181,25 +190,28 @@ void writeRawDvfs(StreamFile& file, const Packet& packet, const char* typeName)
     switch (subEvent) {
     case 1:
     case 2: // proactive DVFS: 8 u64 deadline, 16 frequency, 20 workload cycles, 24 txtActCyc
-        file.out.print("      \"Proactive DVFS\": {\n        \"Frequency (Hz)\": %u,\n        \"Deadline (usec)\": \"%llu\",\n"
-                       "        \"Workload cycles\": \"%u\",\n        \"TxtActCyc\": %u,\n",
-                       packet.u32(P + 16), ull(packet.u64(P + 8)), packet.u32(P + 20), packet.u32(P + 24));
+        file.out.print(
+            "      \"Proactive DVFS\": {\n        \"Frequency (Hz)\": %u,\n        \"Deadline (usec)\": \"%llu\",\n"
+            "        \"Workload cycles\": \"%u\",\n        \"TxtActCyc\": %u,\n",
+            packet.u32(kFwPayload + 16), ull(packet.u64(kFwPayload + 8)), packet.u32(kFwPayload + 20),
+            packet.u32(kFwPayload + 24));
         break;
     case 3:
     case 4: // DVFS: 8 frequency, 12 utilisation, 16 txtActCyc
         file.out.print("      \"DVFS\": {\n        \"Frequency (Hz)\": %u,\n        \"Utilisation (%%)\": \"%u\",\n"
                        "        \"TxtActCyc\": %u,\n",
-                       packet.u32(P + 8), packet.u32(P + 12), packet.u32(P + 16));
+                       packet.u32(kFwPayload + 8), packet.u32(kFwPayload + 12), packet.u32(kFwPayload + 16));
         break;
     case 5:
     case 6: // work estimate: 8 prediction, 12 cycles taken, 16 data master, 20 index, 24 txtActCyc
-        file.out.print("      \"Workest\": {\n        \"DM\": %s,\n        \"Index\": %u,\n        \"Cycle prediction\": %llu,\n"
-                       "        \"Cycles taken\": %llu,\n        \"TXTACTCYC\": %u,\n",
-                       FwDataMasterName(packet.u32(P + 16)), packet.u32(P + 20), ull(packet.u32(P + 8)),
-                       ull(packet.u32(P + 12)), packet.u32(P + 24));
+        file.out.print(
+            "      \"Workest\": {\n        \"DM\": %s,\n        \"Index\": %u,\n        \"Cycle prediction\": %llu,\n"
+            "        \"Cycles taken\": %llu,\n        \"TXTACTCYC\": %u,\n",
+            FwDataMasterName(packet.u32(kFwPayload + 16)), packet.u32(kFwPayload + 20), ull(packet.u32(kFwPayload + 8)),
+            ull(packet.u32(kFwPayload + 12)), packet.u32(kFwPayload + 24));
         break;
     default: // 7: operating point update
-        file.out.print("      \"OPP Update\": {\n        \"OPP\": %u,\n", packet.u32(P + 8));
+        file.out.print("      \"OPP Update\": {\n        \"OPP\": %u,\n", packet.u32(kFwPayload + 8));
         break;
     }
     file.out.write("      }\n    }");
