@@ -26,9 +26,10 @@ void writeRecovery(StreamFile& file, const Packet& packet, std::uint32_t event)
     const char* dataMaster = FwDataMasterShortName(payload.u32(4));
     const char* reason = lookupName(FwHwrReasonNames, payload.u32(8));
     file.out.print(",\n");
-    const std::uint32_t payloadSize = packet.size() - kFwPayload;
+    const std::uint32_t payloadSize = fwPayloadSize(packet);
     if (payloadSize < kHwrPayloadSize) {
-        const int words = static_cast<int>((packet.size() - 28) / 4);
+        // The words after the event word.
+        const int words = static_cast<int>(payloadSize < 4 ? 0 : (payloadSize - 4) / 4);
         for (int i = 0; i < words; ++i)
             file.out.print(i + 1 < words ? "        \"dword%d\": %u,\n" : "        \"dword%d\": %u", i,
                            payload.u32(4 + 4 * i));
@@ -62,7 +63,7 @@ void writeActivityPeriod(StreamFile& file, Packet& packet)
         file.out.print(",\n");
         PrintCoreConfiguration(file, packet);
     } else if (event == kFwActRegsProgrammed) {
-        const std::uint32_t payloadSize = packet.size() - kFwPayload;
+        const std::uint32_t payloadSize = fwPayloadSize(packet);
         if (file.verbose)
             console().print("%s: Expected Size %u, actual size %u\n", "PrintFWACTPacket", 8u, payloadSize);
         file.out.print(",\n");

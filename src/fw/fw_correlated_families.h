@@ -9,6 +9,11 @@
 
 struct StreamFile;
 
+// Bytes after the header; 0 for a packet cut short inside its header.
+inline std::uint32_t fwPayloadSize(const Packet& packet)
+{
+    return packet.size() > kFwPayload ? packet.size() - kFwPayload : 0;
+}
 inline std::uint32_t fwThreadFlag(const Packet& packet) { return (packet.typeWord() >> 15) & 1; }
 
 // GPU a hardware packet pairs under: 0, except for multi-GPU TA kicks and
