@@ -26,6 +26,7 @@ public:
     }
     void repeat(char c, int count)
     {
+        if (count <= 0) return;
         char run[64];
         std::memset(run, c, sizeof run);
         while (count > 0) {

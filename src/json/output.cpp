@@ -71,6 +71,11 @@ int Output::fail()
 // Appends to the buffer, flushing whenever it fills up.
 void Output::append(const char* text, std::size_t length)
 {
+    if (buffer_ && used_ + length <= kBufferSize && !memory_) {
+        std::memcpy(buffer_ + used_, text, length);
+        used_ += length;
+        return;
+    }
     if (memory_) {
         memory_->append(text, length);
         return;
