@@ -76,8 +76,8 @@ void hostFrame(StreamWriter& host, std::uint32_t frame)
     }
     // UFO check success: records 8 bytes after offset 24.
     host.capture.add(host.next(2, 10).u32(1).u32(1u << 16 | 8).u32s({0x80001000, frame}));
-    host.capture.add(host.next(9, 10).u32s({0, kPid, frame, 100})); // fence wait begin
-    host.capture.add(host.next(9, 30).u32s({1, kPid, frame, 2}));   // fence wait end: passed
+    host.capture.add(host.next(9, 10).u32s({kPid, frame, 0, 100})); // fence wait begin, 100 ms timeout
+    host.capture.add(host.next(9, 30).u32s({kPid, frame, 1, 2}));   // fence wait end: passed
     host.capture.add(host.next(11, 10).u32(0).u32(1).u32(1).u32(kPid).u32(8).text("viewer", 8)); // process name
 }
 
