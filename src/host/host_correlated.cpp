@@ -1,0 +1,199 @@
+#include "fw/fw_names.h"
+#include "fw/ufo_list.h"
+#include "host/host_converters.h"
+#include "host/host_names.h"
+#include "host/host_records.h"
+#include "json/document.h"
+#include "json/output.h"
+#include "stream/packet.h"
+#include "stream/reader.h"
+#include "stream/stream_file.h"
+
+// Correlated mode differs from raw mode on purpose: "Type" instead of
+// "Type:", plain firmware addresses, unsigned enqueue ids, and no nested
+// "devicestatus" object.
+
+namespace {
+
+void writeHead(Output& out, const Packet& p, const char* name)
+{
+    unsigned long long timer = p.timer();
+    out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"%s\",\n      \"prop\": {\n", timer,
+              timer, name);
+}
+
+void writeEnqueue(Output& out, const Packet& p)
+{
+    std::uint32_t size = p.sizeWord();
+    std::uint32_t kickType = p.u32(24);
+    writeHead(out, p, "ENQ");
+    out.print("        \"PID\": %u,\n", p.u32(28));
+    if (size > 40)
+        out.print("        \"Context\": %u,\n        \"CheckFenceID\": %d,\n        \"UpdateFenceID\": %d,\n"
+                  "        \"UpdateTimelineID\": %d,\n        \"CheckFenceUID\": %lu,\n        \"UpdateFenceUID\": %lu,\n",
+                  p.u32(40), p.i32(76), p.i32(80), p.i32(84), static_cast<unsigned long>(p.u64(48)),
+                  static_cast<unsigned long>(p.u64(56)));
+    if ((kickType == 21 || kickType == 22) && size > 64)
+        out.print("        \"Deadline\": %lu,\n        \"CycleEstimate\": %u,\n", static_cast<unsigned long>(p.u64(64)),
+                  p.u32(72));
+    out.print("        \"ExtJobRef\": %d,\n        \"IntJobRef\": %d,\n        \"KickType\": \"%s\"\n", p.i32(32), p.i32(36),
+              lookupName(HostKickTypeNames, kickType));
+}
+
+void writeUfo(Output& out, const Packet& p)
+{
+    std::uint32_t event = p.u32(24);
+    std::uint32_t placement = p.u32(28);
+    writeHead(out, p, "UFO");
+    out.print("        \"Event\": \"%s\",\n        \"UFOs\": [\n", lookupName(UfoEventNames, event));
+    PrintUFOList(out, event, p.from(24 + (placement & 0xFFFF)), placement >> 16);
+    out.print("        ]\n");
+}
+
+void writeAlloc(Output& out, const Packet& p)
+{
+    std::uint32_t type = p.u32(24);
+    writeHead(out, p, "HOST_ALLOC");
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
+    switch (type) {
+    case 1: out.print("        \"FWAddr\": %u,\n        \"Name\": \"%s\"\n", p.u32(32), p.text(36)); break;
+    case 2:
+        out.print("        \"PID\": %u,\n        \"TimelineID\": %lu,\n        \"Name\": \"%s\"\n", p.u32(32),
+                  static_cast<unsigned long>(p.u64(40)), p.text(48));
+        break;
+    case 3:
+        out.print("        \"PID\": %u,\n        \"FenceID:\": %d,\n        \"FWAddr\": %u,\n        \"Name\": \"%s\"\n",
+                  p.u32(32), p.i32(36), p.u32(40), p.text(44));
+        break;
+    case 4:
+        out.print("        \"FWAddr\": %u,\n        \"TimelineID\": %d,\n        \"PID\": %u,\n        \"FenceID\": %d,\n"
+                  "        \"Name\": \"%s\"\n",
+                  p.u32(32), p.i32(36), p.u32(40), p.i32(44), p.text(48));
+        break;
+    case 5:
+        out.print("        \"PID\": %u,\n        \"FenceID\": %d,\n        \"TimelineID\": %d,\n        \"SyncPtIdx\": %lu,\n"
+                  "        \"Name\": \"%s\"\n",
+                  p.u32(32), p.i32(36), p.i32(40), static_cast<unsigned long>(p.u64(48)), p.text(56));
+        break;
+    default: errorConsole().print("error: Invalid allocation type in HOST_ALLOC event\n"); break;
+    }
+}
+
+void writeClockSync(Output& out, const Packet& p)
+{
+    writeHead(out, p, "CLK_SYNC");
+    out.print("        \"speed\": %u,\n        \"crtimestamp\": %lu,\n", p.u32(40), static_cast<unsigned long>(p.u64(24)));
+    if (p.sizeWord() == 56)
+        out.print("        \"ostimestamp\": %lu,\n        \"osmonotimestamp\": %lu\n", static_cast<unsigned long>(p.u64(32)),
+                  static_cast<unsigned long>(p.u64(48)));
+    else
+        out.print("        \"ostimestamp\": %lu\n", static_cast<unsigned long>(p.u64(32)));
+}
+
+void writeFree(Output& out, const Packet& p)
+{
+    std::uint32_t type = p.u32(24);
+    writeHead(out, p, "HOST_FREE");
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
+    switch (type) {
+    case 1:
+    case 4: out.print("        \"FWAddr\": %u\n", p.u32(32)); break;
+    case 2:
+        out.print("        \"PID\": %u,\n        \"TimelineID\": %lu\n", p.u32(32), static_cast<unsigned long>(p.u64(40)));
+        break;
+    case 3: out.print("        \"FenceID\": %lu\n", static_cast<unsigned long>(p.u64(32))); break;
+    default: errorConsole().print("error: Invalid allocation type in HOST_FREE event\n"); break;
+    }
+}
+
+void writeModify(Output& out, const Packet& p)
+{
+    std::uint32_t type = p.u32(24);
+    writeHead(out, p, "HOST_MODIFY");
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
+    if (type == 3)
+        out.print("        \"NewFenceID\": %lu,\n        \"In1FenceID\": %lu,\n        \"In2FenceID\": %lu,\n"
+                  "        \"Name\": \"%s\"\n",
+                  static_cast<unsigned long>(p.u64(32)), static_cast<unsigned long>(p.u64(40)),
+                  static_cast<unsigned long>(p.u64(48)), p.text(56));
+    else
+        errorConsole().print("error: Invalid allocation type in HOST_MODIFY event\n");
+}
+
+void writeDeviceInfo(Output& out, const Packet& p)
+{
+    std::uint32_t event = p.u32(28);
+    writeHead(out, p, "DEVICE_INFO");
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostDeviceInfoEventNames, event));
+    if (event == 0)
+        out.print("        \"Health Status\": \"%s\",\n        \"Health Reason\": \"%s\"\n",
+                  lookupName(HostHealthStatusNames, p.u32(32)), lookupName(HostHealthReasonNames, p.u32(36)));
+    else if (event == 1)
+        printDeviceFeatures(out, p);
+    else
+        errorConsole().print("error: Invalid event type in DEVICE_INFO event\n");
+}
+
+void writeHostInfo(Output& out, const Packet& p)
+{
+    std::uint32_t event = p.u32(28);
+    writeHead(out, p, "HOST_INFO");
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostInfoEventNames, event));
+    printMemoryUsage(out, p, event);
+}
+
+void writeFenceWait(Output& out, const Packet& p)
+{
+    std::uint32_t waitType = p.u32(32);
+    writeHead(out, p, "HOST_SYNC_WAIT");
+    if (waitType == 0)
+        out.print("        \"Type\": \"begin\",\n        \"PID\": %u,\n        \"FenceID\": %d,\n        \"TimeoutInMs\": %u\n",
+                  p.u32(24), p.i32(28), p.u32(36));
+    else if (waitType == 1)
+        out.print("        \"Type\": \"end\",\n        \"PID\": %u,\n        \"FenceID\": %d,\n        \"Result\": \"%s\"\n",
+                  p.u32(24), p.i32(28), lookupName(HostFenceWaitResultNames, p.u32(36)));
+    else
+        console().print("Warning: Unknown sync fence-wait type (%d) encountered in Zyntel host stream!\n",
+                        static_cast<int>(waitType));
+}
+
+void writeClientInfo(Output& out, const Packet& p)
+{
+    std::uint32_t event = p.u32(28);
+    writeHead(out, p, "HOST_CLIENT_INFO");
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostClientInfoEventNames, event));
+    printClientInfo(out, p, event);
+}
+
+using PeriodWriter = void (*)(Output&, const Packet&);
+
+// Indexed by host event type; the software timeline advance is written
+// whole by the converter.
+const PeriodWriter kPeriodWriters[] = {
+    nullptr,     writeEnqueue,    writeUfo,      writeAlloc,     writeClockSync, writeFree,
+    writeModify, writeDeviceInfo, writeHostInfo, writeFenceWait, nullptr,        writeClientInfo,
+};
+
+} // namespace
+
+std::uint32_t hostConvertCorrelated(StreamFile& file, Packet& packet)
+{
+    std::uint32_t type = packet.eventType();
+    if (type == 0 || type > kHostLastEventType) {
+        console().print("error: %s packet type unknown (%d), packet skipped\n", file.streamName, static_cast<int>(type));
+        return 0;
+    }
+    beginTimePeriod(file);
+    Output& out = file.out;
+    if (type == kHostSwTimelineAdvance) {
+        unsigned long long timer = packet.timer();
+        out.print("    {\n      \"start\": %llu,\n      \"end\": %llu,\n      \"name\": \"SW_TL_ADVANCE\",\n      \"prop\": {\n"
+                  "        \"PID\": %u,\n        \"TimelineID\": %d,\n        \"SyncPtIdx\": %lu\n      }\n    }",
+                  timer, timer, packet.u32(24), packet.i32(28), static_cast<unsigned long>(packet.u64(32)));
+    } else {
+        kPeriodWriters[type](out, packet);
+        out.print("      }\n    }");
+    }
+    file.lastOrdinal = checkOrdinal(file, packet.ordinal());
+    return 1;
+}

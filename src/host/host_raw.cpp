@@ -1,0 +1,197 @@
+#include "fw/block_names.h"
+#include "fw/fw_names.h"
+#include "fw/ufo_list.h"
+#include "host/host_converters.h"
+#include "host/host_names.h"
+#include "host/host_records.h"
+#include "json/envelope.h"
+#include "json/output.h"
+#include "stream/packet.h"
+#include "stream/reader.h"
+#include "stream/stream_file.h"
+
+namespace {
+
+void writeEnqueue(Output& out, const Packet& p)
+{
+    std::uint32_t size = p.sizeWord();
+    std::uint32_t kickType = p.u32(24);
+    out.print("      \"enqueue\": {\n        \"PID\": %d,\n", p.i32(28));
+    if (size > 40)
+        out.print("        \"Context\": %d,\n        \"CheckFenceID\": %d,\n        \"UpdateFenceID\": %d,\n"
+                  "        \"UpdateTimelineID\": %d,\n        \"CheckFenceUID\": %lu,\n        \"UpdateFenceUID\": %lu,\n",
+                  p.i32(40), p.i32(76), p.i32(80), p.i32(84), static_cast<unsigned long>(p.u64(48)),
+                  static_cast<unsigned long>(p.u64(56)));
+    if ((kickType == 21 || kickType == 22) && size > 64)
+        out.print("        \"Deadline\": %lu,\n        \"CycleEstimate\": %u,\n", static_cast<unsigned long>(p.u64(64)),
+                  p.u32(72));
+    // This element alone ends with a line feed.
+    out.print("        \"ExtJobRef\": %d,\n        \"IntJobRef\": %d,\n        \"KickType\": \"%s\"\n      }\n    }\n",
+              p.i32(32), p.i32(36), lookupName(HostKickTypeNames, kickType));
+}
+
+void writeUfo(Output& out, const Packet& p)
+{
+    // +28: the records' offset from byte 24 (low 16 bits) and their count.
+    std::uint32_t event = p.u32(24);
+    std::uint32_t placement = p.u32(28);
+    out.print("      \"syncop\": {\n        \"Event\": \"%s\",\n        \"UFOs\": [\n", lookupName(UfoEventNames, event));
+    PrintUFOList(out, event, p.from(24 + (placement & 0xFFFF)), placement >> 16);
+    out.print("        ]\n      }\n    }");
+}
+
+void writeAlloc(Output& out, const Packet& p)
+{
+    std::uint32_t type = p.u32(24);
+    out.print("      \"hostalloc\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
+    switch (type) {
+    case 1:
+        out.print("        \"FWAddr\": \"%u # 0x%08x\",\n        \"Name\": \"%s\"\n", p.u32(32), p.u32(32), p.text(36));
+        break;
+    case 2:
+        out.print("        \"PID\": %u,\n        \"TimelineID\": %lu,\n        \"Name\": \"%s\"\n", p.u32(32),
+                  static_cast<unsigned long>(p.u64(40)), p.text(48));
+        break;
+    case 3:
+        out.print("        \"PID\": %u,\n        \"FenceID\": %d,\n        \"CP_FWAddr\": %u,\n        \"Name\": \"%s\"\n",
+                  p.u32(32), p.i32(36), p.u32(40), p.text(44));
+        break;
+    case 4:
+        out.print("        \"FWAddr\": %u,\n        \"TimelineID\": %d,\n        \"PID\": %u,\n        \"FenceID\": %d,\n"
+                  "        \"Name\": \"%s\"\n",
+                  p.u32(32), p.i32(36), p.u32(40), p.i32(44), p.text(48));
+        break;
+    case 5:
+        out.print("        \"PID\": %u,\n        \"FenceID\": %d,\n        \"TimelineID\": %d,\n        \"SyncPtIdx\": %lu,\n"
+                  "        \"Name\": \"%s\"\n",
+                  p.u32(32), p.i32(36), p.i32(40), static_cast<unsigned long>(p.u64(48)), p.text(56));
+        break;
+    default: errorConsole().print("error: Invalid allocation type in HOST_ALLOC event\n"); break;
+    }
+    out.print("      }\n    }");
+}
+
+void writeClockSync(Output& out, const Packet& p)
+{
+    out.print("      \"clksync\": {\n        \"speed\": %u,\n        \"crtimestamp\": %lu,\n", p.u32(40),
+              static_cast<unsigned long>(p.u64(24)));
+    if (p.sizeWord() == 56)
+        out.print("        \"ostimestamp\": %lu,\n        \"osmonotimestamp\": %lu\n", static_cast<unsigned long>(p.u64(32)),
+                  static_cast<unsigned long>(p.u64(48)));
+    else
+        out.print("        \"ostimestamp\": %lu\n", static_cast<unsigned long>(p.u64(32)));
+    out.print("      }\n    }");
+}
+
+void writeFree(Output& out, const Packet& p)
+{
+    std::uint32_t type = p.u32(24);
+    out.print("      \"hostfree\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
+    switch (type) {
+    case 1: out.print("        \"FWAddr\": \"%u # 0x%08x\"\n", p.u32(32), p.u32(32)); break;
+    case 2:
+        out.print("        \"PID\": %u,\n        \"TimelineID\": %lu\n", p.u32(32), static_cast<unsigned long>(p.u64(40)));
+        break;
+    case 3: out.print("        \"FenceID\": %lu\n", static_cast<unsigned long>(p.u64(32))); break;
+    case 4: out.print("        \"FWAddr\": %u\n", p.u32(32)); break;
+    default: errorConsole().print("error: Invalid allocation type in HOST_FREE event\n"); break;
+    }
+    out.print("      }\n    }");
+}
+
+void writeModify(Output& out, const Packet& p)
+{
+    std::uint32_t type = p.u32(24);
+    out.print("      \"hostmodify\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
+    if (type == 3)
+        out.print("        \"NewFenceID\": %lu,\n        \"In1FenceID\": %lu,\n        \"In2FenceID\": %lu,\n"
+                  "        \"Name\": \"%s\"\n",
+                  static_cast<unsigned long>(p.u64(32)), static_cast<unsigned long>(p.u64(40)),
+                  static_cast<unsigned long>(p.u64(48)), p.text(56));
+    else
+        errorConsole().print("error: Invalid allocation type in HOST_MODIFY event\n");
+    out.print("      }\n    }");
+}
+
+void writeDeviceInfo(Output& out, const Packet& p)
+{
+    std::uint32_t event = p.u32(28);
+    out.print("      \"deviceinfo\": {\n        \"Type\": \"%s\",\n", lookupName(HostDeviceInfoEventNames, event));
+    if (event == 0)
+        out.print("        \"devicestatus\": {\n          \"Health Status\": \"%s\",\n          \"Health Reason\": \"%s\"\n"
+                  "        }\n",
+                  lookupName(HostHealthStatusNames, p.u32(32)), lookupName(HostHealthReasonNames, p.u32(36)));
+    else if (event == 1)
+        printDeviceFeatures(out, p);
+    else
+        errorConsole().print("error: Invalid event type in DEVICE_INFO event\n");
+    out.print("      }\n    }");
+}
+
+void writeHostInfo(Output& out, const Packet& p)
+{
+    std::uint32_t event = p.u32(28);
+    // The key line is indented like the lines inside it.
+    out.print("        \"hostinfo\": {\n        \"Type\": \"%s\",\n", lookupName(HostInfoEventNames, event));
+    printMemoryUsage(out, p, event);
+    out.print("      }\n    }");
+}
+
+void writeFenceWait(Output& out, const Packet& p)
+{
+    std::uint32_t waitType = p.u32(32);
+    if (waitType == 0)
+        out.print("      \"begin\": {\n        \"PID\": %u,\n        \"FenceID\": %d,\n        \"TimeoutInMs\": %u\n      }\n    }",
+                  p.u32(24), p.i32(28), p.u32(36));
+    else if (waitType == 1)
+        out.print("      \"end\": {\n        \"PID\": %u,\n        \"FenceID\": %d,\n        \"Result\": \"%s\"\n      }\n    }",
+                  p.u32(24), p.i32(28), lookupName(HostFenceWaitResultNames, p.u32(36)));
+    else // the element stays open
+        console().print("Warning: Unknown sync fence-wait type (%d) encountered in Zyntel host stream!\n",
+                        static_cast<int>(waitType));
+}
+
+void writeTimelineAdvance(Output& out, const Packet& p)
+{
+    out.print("      \"sw_tl_advance\": {\n        \"PID\": %u,\n        \"TimelineID\": %d,\n        \"SyncPtIdx\": %lu\n"
+              "      }\n    }",
+              p.u32(24), p.i32(28), static_cast<unsigned long>(p.u64(32)));
+}
+
+void writeClientInfo(Output& out, const Packet& p)
+{
+    std::uint32_t event = p.u32(28);
+    out.print("        \"host_client_info\": {\n        \"Type\": \"%s\",\n", lookupName(HostClientInfoEventNames, event));
+    printClientInfo(out, p, event);
+    out.print("      }\n    }");
+}
+
+using PayloadWriter = void (*)(Output&, const Packet&);
+
+// Indexed by host event type.
+const PayloadWriter kPayloadWriters[] = {
+    nullptr,     writeEnqueue,   writeUfo,        writeAlloc,     writeClockSync,       writeFree,
+    writeModify, writeDeviceInfo, writeHostInfo, writeFenceWait, writeTimelineAdvance, writeClientInfo,
+};
+
+} // namespace
+
+std::uint32_t hostConvertRaw(StreamFile& file, Packet& packet)
+{
+    std::uint32_t type = packet.eventType();
+    const char* name = lookupName(HostEventNames, type);
+    if (file.timeDelta) applyTimeDelta(file, packet);
+    if (type == 0 || type > kHostLastEventType) {
+        console().print("error: ZyntelHost packet type unknown (%d), packet skipped\n", static_cast<int>(type));
+        writeHexDump(&file, packet);
+        return 0;
+    }
+    writeRawEnvelope(&file, packet, name);
+    kPayloadWriters[type](file.out, packet);
+    if (file.hexDump) {
+        file.out.write(",\n");
+        writeHexDump(&file, packet);
+    }
+    file.lastOrdinal = checkOrdinal(file, packet.ordinal());
+    return 1;
+}

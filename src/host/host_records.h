@@ -1,0 +1,17 @@
+// Host payload lines that raw and correlated mode write alike. Offsets count
+// from the packet's first byte.
+#pragma once
+
+class Output;
+class Packet;
+
+// Device features (device info event 1): BVNC, feature list, the core count
+// when type-word bit 20 is set, and the counter block records.
+void printDeviceFeatures(Output& out, const Packet& packet);
+
+// Memory usage records of host info events 0 and 1; other events report on
+// standard error.
+void printMemoryUsage(Output& out, const Packet& packet, unsigned infoEvent);
+
+// Process names of client info event 1; other events report on standard error.
+void printClientInfo(Output& out, const Packet& packet, unsigned clientInfoEvent);
