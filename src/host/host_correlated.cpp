@@ -125,9 +125,10 @@ void writeDeviceInfo(Output& out, const Packet& p)
     std::uint32_t event = p.u32(28);
     writeHead(out, p, "DEVICE_INFO");
     out.print("        \"Type\": \"%s\",\n", lookupName(HostDeviceInfoEventNames, event));
-    if (event == 0)
-        out.print("        \"Health Status\": \"%s\",\n        \"Health Reason\": \"%s\"\n",
-                  lookupName(HostHealthStatusNames, p.u32(32)), lookupName(HostHealthReasonNames, p.u32(36)));
+    if (event == 0) {
+        HealthNames health = lookUpHealth(p);
+        out.print("        \"Health Status\": \"%s\",\n        \"Health Reason\": \"%s\"\n", health.status, health.reason);
+    }
     else if (event == 1)
         printDeviceFeatures(out, p);
     else

@@ -117,10 +117,12 @@ void writeDeviceInfo(Output& out, const Packet& p)
 {
     std::uint32_t event = p.u32(28);
     out.print("      \"deviceinfo\": {\n        \"Type\": \"%s\",\n", lookupName(HostDeviceInfoEventNames, event));
-    if (event == 0)
+    if (event == 0) {
+        HealthNames health = lookUpHealth(p);
         out.print("        \"devicestatus\": {\n          \"Health Status\": \"%s\",\n          \"Health Reason\": \"%s\"\n"
                   "        }\n",
-                  lookupName(HostHealthStatusNames, p.u32(32)), lookupName(HostHealthReasonNames, p.u32(36)));
+                  health.status, health.reason);
+    }
     else if (event == 1)
         printDeviceFeatures(out, p);
     else

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "fw/block_names.h"
+#include "host/host_names.h"
 #include "json/output.h"
 #include "stream/packet.h"
 
@@ -10,6 +11,13 @@ namespace {
 constexpr unsigned kNumGpuCoresFlag = 1u << 20;
 constexpr unsigned kBvncTextSize = 24;
 } // namespace
+
+HealthNames lookUpHealth(const Packet& packet)
+{
+    const char* status = lookupName(HostHealthStatusNames, packet.u32(32));
+    const char* reason = lookupName(HostHealthReasonNames, packet.u32(36));
+    return {status, reason};
+}
 
 void printDeviceFeatures(Output& out, const Packet& packet)
 {

@@ -5,6 +5,14 @@
 class Output;
 class Packet;
 
+// Device health (device info event 0): status at +32 and reason at +36,
+// looked up in that order so that their warnings come in field order.
+struct HealthNames {
+    const char* status;
+    const char* reason;
+};
+HealthNames lookUpHealth(const Packet& packet);
+
 // Device features (device info event 1): BVNC, feature list, the core count
 // when type-word bit 20 is set, and the counter block records.
 void printDeviceFeatures(Output& out, const Packet& packet);

@@ -126,3 +126,11 @@ ToolRun convertCapture(const Capture& capture, const std::vector<std::string>& o
     arguments.insert(arguments.end(), options.begin(), options.end());
     return runBuiltTool(dir, arguments);
 }
+
+std::string arrayBody(const std::string& json)
+{
+    std::size_t opener = json.find("\": [\n", json.find("],\n  \""));
+    std::size_t closing = json.rfind("\n  ]\n}");
+    if (opener == std::string::npos || closing == std::string::npos || closing < opener + 5) return "";
+    return json.substr(opener + 5, closing - opener - 5);
+}

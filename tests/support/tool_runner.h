@@ -43,6 +43,10 @@ ToolRun runInProcess(const ScratchDir& dir, const std::vector<std::string>& argu
 // Replaces every hex-dump row key ("0x...": or "(nil)":) by "ADDR".
 std::string maskAddresses(const std::string& text);
 
+// The elements of the document's array: the text between its opener and
+// its closing.
+std::string arrayBody(const std::string& json);
+
 // One capture converted with the built tool: convenience for stream tests.
 // Returns the run; `jsonName` picks the output file (e.g. "in.json").
 ToolRun convertCapture(const Capture& capture, const std::vector<std::string>& options,
