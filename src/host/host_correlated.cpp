@@ -24,20 +24,8 @@ void writeHead(Output& out, const Packet& p, const char* name)
 
 void writeEnqueue(Output& out, const Packet& p)
 {
-    std::uint32_t size = p.sizeWord();
-    std::uint32_t kickType = p.u32(24);
     writeHead(out, p, "ENQ");
-    out.print("        \"PID\": %u,\n", p.u32(28));
-    if (size > 40)
-        out.print("        \"Context\": %u,\n        \"CheckFenceID\": %d,\n        \"UpdateFenceID\": %d,\n"
-                  "        \"UpdateTimelineID\": %d,\n        \"CheckFenceUID\": %lu,\n        \"UpdateFenceUID\": %lu,\n",
-                  p.u32(40), p.i32(76), p.i32(80), p.i32(84), static_cast<unsigned long>(p.u64(48)),
-                  static_cast<unsigned long>(p.u64(56)));
-    if ((kickType == 21 || kickType == 22) && size > 64)
-        out.print("        \"Deadline\": %lu,\n        \"CycleEstimate\": %u,\n", static_cast<unsigned long>(p.u64(64)),
-                  p.u32(72));
-    out.print("        \"ExtJobRef\": %d,\n        \"IntJobRef\": %d,\n        \"KickType\": \"%s\"\n", p.i32(32), p.i32(36),
-              lookupName(HostKickTypeNames, kickType));
+    printEnqueueLines(out, p, HostMode::Correlated);
 }
 
 void writeUfo(Output& out, const Packet& p)
@@ -52,72 +40,29 @@ void writeUfo(Output& out, const Packet& p)
 
 void writeAlloc(Output& out, const Packet& p)
 {
-    std::uint32_t type = p.u32(24);
     writeHead(out, p, "HOST_ALLOC");
-    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
-    switch (type) {
-    case 1: out.print("        \"FWAddr\": %u,\n        \"Name\": \"%s\"\n", p.u32(32), p.text(36)); break;
-    case 2:
-        out.print("        \"PID\": %u,\n        \"TimelineID\": %lu,\n        \"Name\": \"%s\"\n", p.u32(32),
-                  static_cast<unsigned long>(p.u64(40)), p.text(48));
-        break;
-    case 3:
-        out.print("        \"PID\": %u,\n        \"FenceID:\": %d,\n        \"FWAddr\": %u,\n        \"Name\": \"%s\"\n",
-                  p.u32(32), p.i32(36), p.u32(40), p.text(44));
-        break;
-    case 4:
-        out.print("        \"FWAddr\": %u,\n        \"TimelineID\": %d,\n        \"PID\": %u,\n        \"FenceID\": %d,\n"
-                  "        \"Name\": \"%s\"\n",
-                  p.u32(32), p.i32(36), p.u32(40), p.i32(44), p.text(48));
-        break;
-    case 5:
-        out.print("        \"PID\": %u,\n        \"FenceID\": %d,\n        \"TimelineID\": %d,\n        \"SyncPtIdx\": %lu,\n"
-                  "        \"Name\": \"%s\"\n",
-                  p.u32(32), p.i32(36), p.i32(40), static_cast<unsigned long>(p.u64(48)), p.text(56));
-        break;
-    default: errorConsole().print("error: Invalid allocation type in HOST_ALLOC event\n"); break;
-    }
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, p.u32(24)));
+    printAllocRecord(out, p, HostMode::Correlated);
 }
 
 void writeClockSync(Output& out, const Packet& p)
 {
     writeHead(out, p, "CLK_SYNC");
-    out.print("        \"speed\": %u,\n        \"crtimestamp\": %lu,\n", p.u32(40), static_cast<unsigned long>(p.u64(24)));
-    if (p.sizeWord() == 56)
-        out.print("        \"ostimestamp\": %lu,\n        \"osmonotimestamp\": %lu\n", static_cast<unsigned long>(p.u64(32)),
-                  static_cast<unsigned long>(p.u64(48)));
-    else
-        out.print("        \"ostimestamp\": %lu\n", static_cast<unsigned long>(p.u64(32)));
+    printClockSyncLines(out, p);
 }
 
 void writeFree(Output& out, const Packet& p)
 {
-    std::uint32_t type = p.u32(24);
     writeHead(out, p, "HOST_FREE");
-    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
-    switch (type) {
-    case 1:
-    case 4: out.print("        \"FWAddr\": %u\n", p.u32(32)); break;
-    case 2:
-        out.print("        \"PID\": %u,\n        \"TimelineID\": %lu\n", p.u32(32), static_cast<unsigned long>(p.u64(40)));
-        break;
-    case 3: out.print("        \"FenceID\": %lu\n", static_cast<unsigned long>(p.u64(32))); break;
-    default: errorConsole().print("error: Invalid allocation type in HOST_FREE event\n"); break;
-    }
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, p.u32(24)));
+    printFreeRecord(out, p, HostMode::Correlated);
 }
 
 void writeModify(Output& out, const Packet& p)
 {
-    std::uint32_t type = p.u32(24);
     writeHead(out, p, "HOST_MODIFY");
-    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
-    if (type == 3)
-        out.print("        \"NewFenceID\": %lu,\n        \"In1FenceID\": %lu,\n        \"In2FenceID\": %lu,\n"
-                  "        \"Name\": \"%s\"\n",
-                  static_cast<unsigned long>(p.u64(32)), static_cast<unsigned long>(p.u64(40)),
-                  static_cast<unsigned long>(p.u64(48)), p.text(56));
-    else
-        errorConsole().print("error: Invalid allocation type in HOST_MODIFY event\n");
+    out.print("        \"Type\": \"%s\",\n", lookupName(HostResourceTypeNames, p.u32(24)));
+    printModifyRecord(out, p);
 }
 
 void writeDeviceInfo(Output& out, const Packet& p)

@@ -14,20 +14,9 @@ namespace {
 
 void writeEnqueue(Output& out, const Packet& p)
 {
-    std::uint32_t size = p.sizeWord();
-    std::uint32_t kickType = p.u32(24);
-    out.print("      \"enqueue\": {\n        \"PID\": %d,\n", p.i32(28));
-    if (size > 40)
-        out.print("        \"Context\": %d,\n        \"CheckFenceID\": %d,\n        \"UpdateFenceID\": %d,\n"
-                  "        \"UpdateTimelineID\": %d,\n        \"CheckFenceUID\": %lu,\n        \"UpdateFenceUID\": %lu,\n",
-                  p.i32(40), p.i32(76), p.i32(80), p.i32(84), static_cast<unsigned long>(p.u64(48)),
-                  static_cast<unsigned long>(p.u64(56)));
-    if ((kickType == 21 || kickType == 22) && size > 64)
-        out.print("        \"Deadline\": %lu,\n        \"CycleEstimate\": %u,\n", static_cast<unsigned long>(p.u64(64)),
-                  p.u32(72));
-    // This element alone ends with a line feed.
-    out.print("        \"ExtJobRef\": %d,\n        \"IntJobRef\": %d,\n        \"KickType\": \"%s\"\n      }\n    }\n",
-              p.i32(32), p.i32(36), lookupName(HostKickTypeNames, kickType));
+    out.print("      \"enqueue\": {\n");
+    printEnqueueLines(out, p, HostMode::Raw);
+    out.print("      }\n    }\n"); // this element alone ends with a line feed
 }
 
 void writeUfo(Output& out, const Packet& p)
@@ -42,74 +31,29 @@ void writeUfo(Output& out, const Packet& p)
 
 void writeAlloc(Output& out, const Packet& p)
 {
-    std::uint32_t type = p.u32(24);
-    out.print("      \"hostalloc\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
-    switch (type) {
-    case 1:
-        out.print("        \"FWAddr\": \"%u # 0x%08x\",\n        \"Name\": \"%s\"\n", p.u32(32), p.u32(32), p.text(36));
-        break;
-    case 2:
-        out.print("        \"PID\": %u,\n        \"TimelineID\": %lu,\n        \"Name\": \"%s\"\n", p.u32(32),
-                  static_cast<unsigned long>(p.u64(40)), p.text(48));
-        break;
-    case 3:
-        out.print("        \"PID\": %u,\n        \"FenceID\": %d,\n        \"CP_FWAddr\": %u,\n        \"Name\": \"%s\"\n",
-                  p.u32(32), p.i32(36), p.u32(40), p.text(44));
-        break;
-    case 4:
-        out.print("        \"FWAddr\": %u,\n        \"TimelineID\": %d,\n        \"PID\": %u,\n        \"FenceID\": %d,\n"
-                  "        \"Name\": \"%s\"\n",
-                  p.u32(32), p.i32(36), p.u32(40), p.i32(44), p.text(48));
-        break;
-    case 5:
-        out.print("        \"PID\": %u,\n        \"FenceID\": %d,\n        \"TimelineID\": %d,\n        \"SyncPtIdx\": %lu,\n"
-                  "        \"Name\": \"%s\"\n",
-                  p.u32(32), p.i32(36), p.i32(40), static_cast<unsigned long>(p.u64(48)), p.text(56));
-        break;
-    default: errorConsole().print("error: Invalid allocation type in HOST_ALLOC event\n"); break;
-    }
+    out.print("      \"hostalloc\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, p.u32(24)));
+    printAllocRecord(out, p, HostMode::Raw);
     out.print("      }\n    }");
 }
 
 void writeClockSync(Output& out, const Packet& p)
 {
-    out.print("      \"clksync\": {\n        \"speed\": %u,\n        \"crtimestamp\": %lu,\n", p.u32(40),
-              static_cast<unsigned long>(p.u64(24)));
-    if (p.sizeWord() == 56)
-        out.print("        \"ostimestamp\": %lu,\n        \"osmonotimestamp\": %lu\n", static_cast<unsigned long>(p.u64(32)),
-                  static_cast<unsigned long>(p.u64(48)));
-    else
-        out.print("        \"ostimestamp\": %lu\n", static_cast<unsigned long>(p.u64(32)));
+    out.print("      \"clksync\": {\n");
+    printClockSyncLines(out, p);
     out.print("      }\n    }");
 }
 
 void writeFree(Output& out, const Packet& p)
 {
-    std::uint32_t type = p.u32(24);
-    out.print("      \"hostfree\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
-    switch (type) {
-    case 1: out.print("        \"FWAddr\": \"%u # 0x%08x\"\n", p.u32(32), p.u32(32)); break;
-    case 2:
-        out.print("        \"PID\": %u,\n        \"TimelineID\": %lu\n", p.u32(32), static_cast<unsigned long>(p.u64(40)));
-        break;
-    case 3: out.print("        \"FenceID\": %lu\n", static_cast<unsigned long>(p.u64(32))); break;
-    case 4: out.print("        \"FWAddr\": %u\n", p.u32(32)); break;
-    default: errorConsole().print("error: Invalid allocation type in HOST_FREE event\n"); break;
-    }
+    out.print("      \"hostfree\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, p.u32(24)));
+    printFreeRecord(out, p, HostMode::Raw);
     out.print("      }\n    }");
 }
 
 void writeModify(Output& out, const Packet& p)
 {
-    std::uint32_t type = p.u32(24);
-    out.print("      \"hostmodify\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, type));
-    if (type == 3)
-        out.print("        \"NewFenceID\": %lu,\n        \"In1FenceID\": %lu,\n        \"In2FenceID\": %lu,\n"
-                  "        \"Name\": \"%s\"\n",
-                  static_cast<unsigned long>(p.u64(32)), static_cast<unsigned long>(p.u64(40)),
-                  static_cast<unsigned long>(p.u64(48)), p.text(56));
-    else
-        errorConsole().print("error: Invalid allocation type in HOST_MODIFY event\n");
+    out.print("      \"hostmodify\": {\n        \"Type:\": \"%s\",\n", lookupName(HostResourceTypeNames, p.u32(24)));
+    printModifyRecord(out, p);
     out.print("      }\n    }");
 }
 

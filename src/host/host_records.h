@@ -5,6 +5,22 @@
 class Output;
 class Packet;
 
+// The two modes write most host payloads alike; where they differ, the
+// difference is kept here, next to the lines it changes.
+enum class HostMode { Raw, Correlated };
+
+// Enqueue lines from "PID" to "KickType" (the caller closes the object).
+void printEnqueueLines(Output& out, const Packet& packet, HostMode mode);
+
+// Clock-sync lines ("speed" to the OS timestamps).
+void printClockSyncLines(Output& out, const Packet& packet);
+
+// The resource lines of alloc, free and modify events after their "Type"
+// line; invalid resource types report on standard error.
+void printAllocRecord(Output& out, const Packet& packet, HostMode mode);
+void printFreeRecord(Output& out, const Packet& packet, HostMode mode);
+void printModifyRecord(Output& out, const Packet& packet);
+
 // Device health (device info event 0): status at +32 and reason at +36,
 // looked up in that order so that their warnings come in field order.
 struct HealthNames {
