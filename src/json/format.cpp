@@ -17,12 +17,29 @@ struct Spec {
 
 class Writer {
 public:
-    explicit Writer(const FormatSink& sink) : sink_(sink) {}
+    explicit Writer(FormatTarget& target) : target_(target) {}
     void text(const char* text, std::size_t length)
     {
-        if (length == 0) return;
-        sink_.append(sink_.context, text, length);
         total_ += length;
+        if (length <= static_cast<std::size_t>(target_.end - target_.at)) {
+            if (length <= 16) {
+                // Most pieces are short: a plain loop beats a call to memcpy.
+                for (std::size_t i = 0; i < length; ++i) target_.at[i] = text[i];
+            } else {
+                std::memcpy(target_.at, text, length);
+            }
+            target_.at += length;
+            return;
+        }
+        while (length > 0) {
+            if (target_.at == target_.end) target_.refill(target_);
+            std::size_t room = static_cast<std::size_t>(target_.end - target_.at);
+            std::size_t now = length < room ? length : room;
+            std::memcpy(target_.at, text, now);
+            target_.at += now;
+            text += now;
+            length -= now;
+        }
     }
     void repeat(char c, int count)
     {
@@ -38,7 +55,7 @@ public:
     std::size_t total() const { return total_; }
 
 private:
-    const FormatSink& sink_;
+    FormatTarget& target_;
     std::size_t total_ = 0;
 };
 
@@ -46,6 +63,10 @@ private:
 // the width, as printf does for integer conversions.
 void emitNumber(Writer& out, const Spec& spec, const char* prefix, const char* digits, int digitCount)
 {
+    if (spec.width == 0 && spec.precision < 0 && prefix[0] == '\0') {
+        out.text(digits, static_cast<std::size_t>(digitCount));
+        return;
+    }
     int prefixLength = static_cast<int>(std::strlen(prefix));
     int precisionZeros = spec.precision > digitCount ? spec.precision - digitCount : 0;
     int body = prefixLength + precisionZeros + digitCount;
@@ -59,15 +80,28 @@ void emitNumber(Writer& out, const Spec& spec, const char* prefix, const char* d
     if (spec.left) out.repeat(' ', pad);
 }
 
-// Digits of value in the base, written at the end of buffer; returns their start.
+// Digits of value in the base, written at the end of buffer; returns their
+// start. Each base has its own loop so that the divisions are by constants.
 char* digitsOf(std::uintmax_t value, unsigned base, bool upper, char* end)
 {
     const char* set = upper ? "0123456789ABCDEF" : "0123456789abcdef";
     char* at = end;
-    do {
-        *--at = set[value % base];
-        value /= base;
-    } while (value != 0);
+    if (base == 10) {
+        do {
+            *--at = static_cast<char>('0' + value % 10);
+            value /= 10;
+        } while (value != 0);
+    } else if (base == 16) {
+        do {
+            *--at = set[value & 15];
+            value >>= 4;
+        } while (value != 0);
+    } else {
+        do {
+            *--at = static_cast<char>('0' + (value & 7));
+            value >>= 3;
+        } while (value != 0);
+    }
     return at;
 }
 
@@ -154,11 +188,11 @@ void emitFloating(Writer& out, const char* specStart, const char* specEnd, va_li
 
 } // namespace
 
-int formatText(const FormatSink& sink, const char* format, va_list incoming)
+int formatText(FormatTarget& target, const char* format, va_list incoming)
 {
     va_list args;
     va_copy(args, incoming);
-    Writer out(sink);
+    Writer out(target);
     const char* at = format;
     while (*at) {
         const char* percent = std::strchr(at, '%');

@@ -7,11 +7,15 @@
 #include <cstdarg>
 #include <cstddef>
 
-// Receives the formatted text piece by piece.
-struct FormatSink {
-    void (*append)(void* context, const char* text, std::size_t length);
+// Where formatted text goes: the formatter fills the window [at, end) and,
+// when it is full, calls refill, which must make room (flush it, say) and
+// set a new, non-empty window.
+struct FormatTarget {
+    char* at;
+    char* end;
+    void (*refill)(FormatTarget& target);
     void* context;
 };
 
-// Formats into the sink; returns the length of the whole text.
-int formatText(const FormatSink& sink, const char* format, va_list args);
+// Formats into the target; returns the length of the whole text.
+int formatText(FormatTarget& target, const char* format, va_list args);

@@ -102,10 +102,33 @@ void Output::append(const char* text, std::size_t length)
     }
 }
 
-void Output::appendPiece(void* output, const char* text, std::size_t length)
+// The formatter writes straight into the buffer; when it fills up, the
+// buffer is flushed and the formatter goes on from its start.
+void Output::refillBuffer(FormatTarget& target)
 {
-    static_cast<Output*>(output)->append(text, length);
+    auto* output = static_cast<Output*>(target.context);
+    output->used_ = static_cast<std::size_t>(target.at - output->buffer_);
+    if (!output->flush()) output->appendFailed_ = true;
+    target.at = output->buffer_ + output->used_;
+    target.end = output->buffer_ + kBufferSize;
 }
+
+namespace {
+
+// Memory targets format through a small window that is appended when full.
+struct MemoryWindow {
+    std::string* text;
+    char window[512];
+};
+
+void refillMemory(FormatTarget& target)
+{
+    auto* memory = static_cast<MemoryWindow*>(target.context);
+    memory->text->append(memory->window, static_cast<std::size_t>(target.at - memory->window));
+    target.at = memory->window;
+}
+
+} // namespace
 
 int Output::write(std::string_view text)
 {
@@ -129,7 +152,19 @@ int Output::print(const char* format, ...)
     appendFailed_ = false;
     va_list args;
     va_start(args, format);
-    int length = formatText(FormatSink{appendPiece, this}, format, args);
+    int length;
+    if (memory_) {
+        MemoryWindow memory{memory_, {}};
+        FormatTarget target{memory.window, memory.window + sizeof memory.window, refillMemory, &memory};
+        length = formatText(target, format, args);
+        refillMemory(target);
+    } else if (fd_ >= 0 && (buffer_ || (buffer_ = static_cast<char*>(std::malloc(kBufferSize))))) {
+        FormatTarget target{buffer_ + used_, buffer_ + kBufferSize, refillBuffer, this};
+        length = formatText(target, format, args);
+        used_ = static_cast<std::size_t>(target.at - buffer_);
+    } else {
+        length = -1;
+    }
     va_end(args);
     if (unbuffered_ && !flush()) appendFailed_ = true;
     return appendFailed_ || length < 0 ? fail() : length;
@@ -197,32 +232,37 @@ void redirectConsole(Output* out, Output* err)
 
 namespace {
 
-// Copies what fits into a fixed buffer, keeping room for the terminator.
+// A bounded buffer keeps what fits; the rest is formatted into a scratch
+// window and dropped, so that the full length is still counted.
 struct BoundedText {
-    char* buffer;
-    std::size_t capacity;
-    std::size_t used;
+    char* kept;     // where the buffer's text ends
+    bool full;
+    char scratch[256];
 };
 
-void appendBounded(void* context, const char* text, std::size_t length)
+void refillBounded(FormatTarget& target)
 {
-    auto* bounded = static_cast<BoundedText*>(context);
-    if (bounded->capacity == 0) return;
-    std::size_t room = bounded->capacity - 1 - bounded->used;
-    std::size_t now = length < room ? length : room;
-    std::memcpy(bounded->buffer + bounded->used, text, now);
-    bounded->used += now;
+    auto* bounded = static_cast<BoundedText*>(target.context);
+    if (!bounded->full) {
+        bounded->kept = target.at;
+        bounded->full = true;
+    }
+    target.at = bounded->scratch;
+    target.end = bounded->scratch + sizeof bounded->scratch;
 }
 
 } // namespace
 
 int formatBounded(char* buffer, std::size_t capacity, const char* format, ...)
 {
-    BoundedText bounded{buffer, capacity, 0};
+    BoundedText bounded{buffer, capacity == 0, {}};
+    char* end = capacity == 0 ? buffer : buffer + capacity - 1;
+    FormatTarget target{buffer, end, refillBounded, &bounded};
+    if (capacity == 0) refillBounded(target);
     va_list args;
     va_start(args, format);
-    int length = formatText(FormatSink{appendBounded, &bounded}, format, args);
+    int length = formatText(target, format, args);
     va_end(args);
-    if (capacity > 0) buffer[bounded.used] = '\0';
+    if (capacity > 0) *(bounded.full ? bounded.kept : target.at) = '\0';
     return length;
 }

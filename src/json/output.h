@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+struct FormatTarget;
+
 class Output {
 public:
     // Called once for every write that fails (result < 0), with that result.
@@ -43,7 +45,7 @@ public:
     void* failureHookContext() const { return hookContext_; }
 
 private:
-    static void appendPiece(void* output, const char* text, std::size_t length);
+    static void refillBuffer(FormatTarget& target);
     void append(const char* text, std::size_t length);
     int fail();
 

@@ -5,10 +5,6 @@
 std::uint64_t Packet::little(std::size_t offset, std::size_t width) const
 {
     std::uint64_t value = 0;
-    if (offset < size_ && width <= size_ - offset) {
-        std::memcpy(&value, bytes_ + offset, width); // the host is little-endian
-        return value;
-    }
     for (std::size_t i = 0; i < width; ++i) {
         std::size_t at = offset + i;
         if (at < offset || at >= size_) break;

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 class Packet {
@@ -22,9 +23,9 @@ public:
     std::uint32_t size() const { return size_; }
 
     std::uint8_t u8(std::size_t offset) const { return offset < size_ ? bytes_[offset] : 0; }
-    std::uint16_t u16(std::size_t offset) const { return static_cast<std::uint16_t>(little(offset, 2)); }
-    std::uint32_t u32(std::size_t offset) const { return static_cast<std::uint32_t>(little(offset, 4)); }
-    std::uint64_t u64(std::size_t offset) const { return little(offset, 8); }
+    std::uint16_t u16(std::size_t offset) const { return fixed<std::uint16_t>(offset); }
+    std::uint32_t u32(std::size_t offset) const { return fixed<std::uint32_t>(offset); }
+    std::uint64_t u64(std::size_t offset) const { return fixed<std::uint64_t>(offset); }
     std::int16_t i16(std::size_t offset) const { return static_cast<std::int16_t>(u16(offset)); }
     std::int32_t i32(std::size_t offset) const { return static_cast<std::int32_t>(u32(offset)); }
     std::int64_t i64(std::size_t offset) const { return static_cast<std::int64_t>(u64(offset)); }
@@ -66,6 +67,18 @@ public:
     void setTimer(std::uint64_t value) const { setU64(16, value); }
 
 private:
+    // Fields that lie wholly inside the packet are read directly (the host
+    // is little-endian); others byte by byte, with zeros past the end.
+    template <typename Field>
+    Field fixed(std::size_t offset) const
+    {
+        if (offset < size_ && sizeof(Field) <= size_ - offset) {
+            Field value;
+            std::memcpy(&value, bytes_ + offset, sizeof value);
+            return value;
+        }
+        return static_cast<Field>(little(offset, sizeof(Field)));
+    }
     std::uint64_t little(std::size_t offset, std::size_t width) const;
 
     std::uint8_t* bytes_ = nullptr;
