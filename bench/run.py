@@ -31,14 +31,20 @@ def build(build_dir):
 
 
 def timed(command, cwd, stdout=subprocess.DEVNULL):
-    """Runs a command; returns (wall seconds, peak resident KiB)."""
+    """Runs a command; returns (wall seconds, peak resident KiB).
+
+    The command runs under GNU time, whose small process is what forks, so
+    the peak is the command's own and not that of a copy of this script."""
+    report = os.path.join(cwd, ".peak")
     start = time.perf_counter()
-    process = subprocess.Popen(command, cwd=cwd, stdout=stdout)
-    _, status, usage = os.wait4(process.pid, 0)
+    result = subprocess.run(["/usr/bin/time", "-f", "%M", "-o", report] + command, cwd=cwd, stdout=stdout)
     elapsed = time.perf_counter() - start
-    if os.waitstatus_to_exitcode(status) != 0:
+    if result.returncode != 0:
         sys.exit(f"failed: {' '.join(command)}")
-    return elapsed, usage.ru_maxrss
+    with open(report) as text:
+        peak = int(text.read().split()[-1])
+    os.remove(report)
+    return elapsed, peak
 
 
 def output_name(capture, options):
