@@ -186,6 +186,54 @@ void emitFloating(Writer& out, const char* specStart, const char* specEnd, va_li
     if (written > 0) out.text(text, std::strlen(text));
 }
 
+// The conversions the tool writes most, without flags, width or precision:
+// %u, %d, %s, %x, %llu and %lu. Returns false for anything else.
+bool emitPlain(Writer& out, const char*& at, va_list& args)
+{
+    char buffer[24];
+    char* end = buffer + sizeof buffer;
+    switch (at[0]) {
+    case 'u': {
+        char* start = digitsOf(va_arg(args, unsigned), 10, false, end);
+        out.text(start, static_cast<std::size_t>(end - start));
+        at += 1;
+        return true;
+    }
+    case 'x': {
+        char* start = digitsOf(va_arg(args, unsigned), 16, false, end);
+        out.text(start, static_cast<std::size_t>(end - start));
+        at += 1;
+        return true;
+    }
+    case 'd': {
+        int value = va_arg(args, int);
+        std::uintmax_t magnitude = value < 0 ? 0 - static_cast<std::uintmax_t>(value) : static_cast<std::uintmax_t>(value);
+        char* start = digitsOf(magnitude, 10, false, end);
+        if (value < 0) *--start = '-';
+        out.text(start, static_cast<std::size_t>(end - start));
+        at += 1;
+        return true;
+    }
+    case 's': {
+        const char* text = va_arg(args, const char*);
+        if (!text) text = "(null)";
+        out.text(text, std::strlen(text));
+        at += 1;
+        return true;
+    }
+    case 'l': {
+        bool twice = at[1] == 'l';
+        if (at[twice ? 2 : 1] != 'u') return false;
+        std::uintmax_t value = twice ? va_arg(args, unsigned long long) : va_arg(args, unsigned long);
+        char* start = digitsOf(value, 10, false, end);
+        out.text(start, static_cast<std::size_t>(end - start));
+        at += twice ? 3 : 2;
+        return true;
+    }
+    default: return false;
+    }
+}
+
 } // namespace
 
 int formatText(FormatTarget& target, const char* format, va_list incoming)
@@ -203,6 +251,7 @@ int formatText(FormatTarget& target, const char* format, va_list incoming)
         out.text(at, static_cast<std::size_t>(percent - at));
         const char* specStart = percent;
         at = percent + 1;
+        if (emitPlain(out, at, args)) continue;
 
         Spec spec;
         for (;; ++at) {
