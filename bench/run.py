@@ -90,6 +90,8 @@ def main():
           f"{'out MB/s':>9} {'peak RSS':>9} {'cat s':>6} {'ratio':>6}")
     for capture in ["zyntel_fw_bench.bin", "zyntel_host_bench.bin", "zyntel_client_bench.bin"]:
         input_mb = os.path.getsize(os.path.join(args.dir, capture)) / 1e6
+        if input_mb == 0:
+            continue  # a size of 0 MiB was asked for
         for mode, options in MODES:
             tool_s, copy_s, rss_kib, output_bytes = measure(tool, args.dir, capture, options, args.runs)
             output_mb = output_bytes / 1e6
