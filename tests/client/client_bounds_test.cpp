@@ -80,9 +80,11 @@ TEST(ClientBounds, ApiTailsOfShortPacketsReadAsZero)
         .add(ClientPacket(69, 40).u32(24, 4).ordinal(1).timer(2))
         .add(ClientPacket(78, 40).u16(34, 0xFFFF).ordinal(2).timer(3))
         .add(ClientPacket(66, 40).u32(24, 16).ordinal(3).timer(4))
-        .add(ClientPacket(97, 96).u32(44, 86).u32(100, 0xFFFFFFF8).ordinal(4).timer(5))
-        .add(ClientPacket(98, 96).u32(44, 86).ordinal(5).timer(6))
-        .add(ClientPacket(97, 96).u32(44, 303).u32(96, 0x3FFFFFFF).ordinal(6).timer(7))
+        // OpenCL data whose kernel-name length and command count wrap the
+        // 16-bit expected size back to the packet's true size.
+        .add(ClientPacket(97, 104).u32(44, 301).u32(100, 0x10000).ordinal(4).timer(5))
+        .add(ClientPacket(98, 104).u32(44, 301).u32(100, 0x10000).ordinal(5).timer(6))
+        .add(ClientPacket(97, 104).u32(44, 303).u32(96, 16385).ordinal(6).timer(7))
         .add(ClientPacket(129, 92).u32(40, 213).u32(88, 0xFFFFFFFF).ordinal(7).timer(8))
         .add(ClientPacket(71, 40).u32(24, 5).u32(36, 0x8000003F).ordinal(8).timer(9))
         .add(ClientPacket(77, 40).u32(24, 38).ordinal(9).timer(10));
