@@ -253,16 +253,37 @@ void refillBounded(FormatTarget& target)
 
 } // namespace
 
-int formatBounded(char* buffer, std::size_t capacity, const char* format, ...)
+static int formatBoundedList(char* buffer, std::size_t capacity, const char* format, va_list args)
 {
     BoundedText bounded{buffer, capacity == 0, {}};
     char* end = capacity == 0 ? buffer : buffer + capacity - 1;
     FormatTarget target{buffer, end, refillBounded, &bounded};
     if (capacity == 0) refillBounded(target);
-    va_list args;
-    va_start(args, format);
     int length = formatText(target, format, args);
-    va_end(args);
     if (capacity > 0) *(bounded.full ? bounded.kept : target.at) = '\0';
     return length;
+}
+
+int formatBounded(char* buffer, std::size_t capacity, const char* format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    int length = formatBoundedList(buffer, capacity, format, args);
+    va_end(args);
+    return length;
+}
+
+TextBuffer::TextBuffer(char* text, std::size_t capacity) : text_(text), capacity_(capacity)
+{
+    if (capacity_ > 0) text_[0] = '\0';
+}
+
+void TextBuffer::append(const char* format, ...)
+{
+    if (used_ >= capacity_) return;
+    va_list args;
+    va_start(args, format);
+    const int length = formatBoundedList(text_ + used_, capacity_ - used_, format, args);
+    va_end(args);
+    if (length > 0) used_ += static_cast<std::size_t>(length);
 }

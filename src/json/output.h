@@ -71,3 +71,17 @@ void redirectConsole(Output* out, Output* err);
 // Returns the length the full text would have had.
 int formatBounded(char* buffer, std::size_t capacity, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
+
+// A caller-owned text buffer filled piece by piece with bounded prints. Each
+// piece is cut to the room left (as formatBounded cuts it); once the text
+// has reached the capacity, nothing more is appended.
+class TextBuffer {
+public:
+    TextBuffer(char* text, std::size_t capacity); // starts as an empty string
+    void append(const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+private:
+    char* text_;
+    std::size_t capacity_;
+    std::size_t used_ = 0;
+};
