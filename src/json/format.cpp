@@ -1,5 +1,7 @@
 #include "json/format.h"
 
+#include "json/format_writer.h"
+
 #include <climits>
 #include <cstdint>
 #include <cstdio>
@@ -15,53 +17,9 @@ struct Spec {
     char conversion = 0;
 };
 
-class Writer {
-public:
-    explicit Writer(FormatTarget& target) : target_(target) {}
-    void text(const char* text, std::size_t length)
-    {
-        total_ += length;
-        if (length <= static_cast<std::size_t>(target_.end - target_.at)) {
-            if (length <= 16) {
-                // Most pieces are short: a plain loop beats a call to memcpy.
-                for (std::size_t i = 0; i < length; ++i) target_.at[i] = text[i];
-            } else {
-                std::memcpy(target_.at, text, length);
-            }
-            target_.at += length;
-            return;
-        }
-        while (length > 0) {
-            if (target_.at == target_.end) target_.refill(target_);
-            std::size_t room = static_cast<std::size_t>(target_.end - target_.at);
-            std::size_t now = length < room ? length : room;
-            std::memcpy(target_.at, text, now);
-            target_.at += now;
-            text += now;
-            length -= now;
-        }
-    }
-    void repeat(char c, int count)
-    {
-        if (count <= 0) return;
-        char run[64];
-        std::memset(run, c, sizeof run);
-        while (count > 0) {
-            int now = count < 64 ? count : 64;
-            text(run, static_cast<std::size_t>(now));
-            count -= now;
-        }
-    }
-    std::size_t total() const { return total_; }
-
-private:
-    FormatTarget& target_;
-    std::size_t total_ = 0;
-};
-
 // Writes prefix, zero padding to the precision and the digits, padded to
 // the width, as printf does for integer conversions.
-void emitNumber(Writer& out, const Spec& spec, const char* prefix, const char* digits, int digitCount)
+void emitNumber(FormatWriter& out, const Spec& spec, const char* prefix, const char* digits, int digitCount)
 {
     if (spec.width == 0 && spec.precision < 0 && prefix[0] == '\0') {
         out.text(digits, static_cast<std::size_t>(digitCount));
@@ -80,32 +38,7 @@ void emitNumber(Writer& out, const Spec& spec, const char* prefix, const char* d
     if (spec.left) out.repeat(' ', pad);
 }
 
-// Digits of value in the base, written at the end of buffer; returns their
-// start. Each base has its own loop so that the divisions are by constants.
-char* digitsOf(std::uintmax_t value, unsigned base, bool upper, char* end)
-{
-    const char* set = upper ? "0123456789ABCDEF" : "0123456789abcdef";
-    char* at = end;
-    if (base == 10) {
-        do {
-            *--at = static_cast<char>('0' + value % 10);
-            value /= 10;
-        } while (value != 0);
-    } else if (base == 16) {
-        do {
-            *--at = set[value & 15];
-            value >>= 4;
-        } while (value != 0);
-    } else {
-        do {
-            *--at = static_cast<char>('0' + (value & 7));
-            value >>= 3;
-        } while (value != 0);
-    }
-    return at;
-}
-
-void emitUnsigned(Writer& out, const Spec& spec, std::uintmax_t value)
+void emitUnsigned(FormatWriter& out, const Spec& spec, std::uintmax_t value)
 {
     char buffer[72];
     char* end = buffer + sizeof buffer;
@@ -123,7 +56,7 @@ void emitUnsigned(Writer& out, const Spec& spec, std::uintmax_t value)
     emitNumber(out, adjusted, prefix, end - count, count);
 }
 
-void emitSigned(Writer& out, const Spec& spec, std::intmax_t value)
+void emitSigned(FormatWriter& out, const Spec& spec, std::intmax_t value)
 {
     char buffer[72];
     char* end = buffer + sizeof buffer;
@@ -135,7 +68,7 @@ void emitSigned(Writer& out, const Spec& spec, std::intmax_t value)
     emitNumber(out, spec, prefix, end - count, count);
 }
 
-void emitString(Writer& out, const Spec& spec, const char* text)
+void emitString(FormatWriter& out, const Spec& spec, const char* text)
 {
     if (!text) text = (spec.precision < 0 || spec.precision >= 6) ? "(null)" : "";
     std::size_t length = spec.precision < 0 ? std::strlen(text) : strnlen(text, static_cast<std::size_t>(spec.precision));
@@ -174,7 +107,7 @@ std::uintmax_t unsignedArgument(const Spec& spec, va_list& args)
 }
 
 // Formats one floating-point conversion through the C library.
-void emitFloating(Writer& out, const char* specStart, const char* specEnd, va_list& args)
+void emitFloating(FormatWriter& out, const char* specStart, const char* specEnd, va_list& args)
 {
     char format[32];
     std::size_t length = static_cast<std::size_t>(specEnd - specStart);
@@ -188,7 +121,7 @@ void emitFloating(Writer& out, const char* specStart, const char* specEnd, va_li
 
 // The conversions the tool writes most, without flags, width or precision:
 // %u, %d, %s, %x, %llu and %lu. Returns false for anything else.
-bool emitPlain(Writer& out, const char*& at, va_list& args)
+bool emitPlain(FormatWriter& out, const char*& at, va_list& args)
 {
     char buffer[24];
     char* end = buffer + sizeof buffer;
@@ -240,7 +173,7 @@ int formatText(FormatTarget& target, const char* format, va_list incoming)
 {
     va_list args;
     va_copy(args, incoming);
-    Writer out(target);
+    FormatWriter out(target);
     const char* at = format;
     while (*at) {
         const char* percent = std::strchr(at, '%');

@@ -19,3 +19,10 @@ struct FormatTarget {
 
 // Formats into the target; returns the length of the whole text.
 int formatText(FormatTarget& target, const char* format, va_list args);
+
+// As formatText, for formats that never change while the program runs
+// (string literals): each such format is taken apart once and kept by its
+// address, so later calls copy its literal pieces and convert its arguments
+// without reading the format again. Formats with conversions other than the
+// plain ones the tool writes most go through formatText.
+int formatLiteral(FormatTarget& target, const char* format, va_list args);

@@ -156,11 +156,11 @@ int Output::print(const char* format, ...)
     if (memory_) {
         MemoryWindow memory{memory_, {}};
         FormatTarget target{memory.window, memory.window + sizeof memory.window, refillMemory, &memory};
-        length = formatText(target, format, args);
+        length = formatLiteral(target, format, args);
         refillMemory(target);
     } else if (fd_ >= 0 && (buffer_ || (buffer_ = static_cast<char*>(std::malloc(kBufferSize))))) {
         FormatTarget target{buffer_ + used_, buffer_ + kBufferSize, refillBuffer, this};
-        length = formatText(target, format, args);
+        length = formatLiteral(target, format, args);
         used_ = static_cast<std::size_t>(target.at - buffer_);
     } else {
         length = -1;

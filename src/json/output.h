@@ -28,7 +28,9 @@ public:
     bool isOpen() const { return fd_ >= 0 || memory_ != nullptr; }
 
     // printf-compatible formatted write. Returns the number of characters
-    // written, or -1 when the data could not be written.
+    // written, or -1 when the data could not be written. The format must be
+    // a text that never changes while the program runs (a string literal):
+    // its parsed form is kept by its address.
     int print(const char* format, ...) __attribute__((format(printf, 2, 3)));
     // Writes the text as it stands; returns its length or -1.
     int write(std::string_view text);

@@ -1,0 +1,155 @@
+// Formats kept by address. Every print of the tool uses a string literal,
+// and most of them hold only plain conversions (%u %d %s %x %X and their
+// long forms): such a format becomes a list of pieces, each a literal text
+// followed by one conversion, built the first time the format is used.
+#include "json/format.h"
+
+#include "json/format_writer.h"
+
+#include <climits>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace {
+
+enum class Conversion : std::uint8_t {
+    None, Unsigned, Signed, String, Hex, HexUpper, UnsignedLong, SignedLong, HexLong, HexUpperLong, Percent
+};
+
+struct Piece {
+    const char* literal;
+    std::uint32_t literalLength;
+    Conversion conversion;
+};
+
+// How a conversion is spelled after the '%'; longest spellings first.
+struct Spelling {
+    const char* text;
+    Conversion conversion;
+};
+constexpr Spelling kSpellings[] = {
+    {"llu", Conversion::UnsignedLong}, {"lld", Conversion::SignedLong}, {"llx", Conversion::HexLong},
+    {"llX", Conversion::HexUpperLong}, {"lu", Conversion::UnsignedLong}, {"ld", Conversion::SignedLong},
+    {"lx", Conversion::HexLong},       {"lX", Conversion::HexUpperLong}, {"u", Conversion::Unsigned},
+    {"d", Conversion::Signed},         {"i", Conversion::Signed},        {"s", Conversion::String},
+    {"x", Conversion::Hex},            {"X", Conversion::HexUpper},      {"%", Conversion::Percent},
+};
+static_assert(sizeof(long) == sizeof(long long), "the long forms share one conversion");
+
+// Splits a format into pieces; false if it holds a conversion with flags,
+// width, precision or a type not listed above.
+bool compile(const char* format, std::vector<Piece>& pieces)
+{
+    const char* literal = format;
+    const char* at = format;
+    while (*at) {
+        if (*at != '%') {
+            ++at;
+            continue;
+        }
+        const Spelling* found = nullptr;
+        for (const Spelling& spelling : kSpellings) {
+            const std::size_t length = std::strlen(spelling.text);
+            if (std::strncmp(at + 1, spelling.text, length) == 0) {
+                found = &spelling;
+                break;
+            }
+        }
+        if (!found) return false;
+        pieces.push_back({literal, static_cast<std::uint32_t>(at - literal), found->conversion});
+        at += 1 + std::strlen(found->text);
+        literal = at;
+    }
+    pieces.push_back({literal, static_cast<std::uint32_t>(at - literal), Conversion::None});
+    return true;
+}
+
+struct CompiledFormat {
+    const char* format = nullptr; // the key; null for a free slot
+    bool plain = false;           // false: use formatText
+    std::unique_ptr<Piece[]> pieces;
+};
+
+// Open addressing by address. The tool has a few hundred formats, so the
+// table never fills; if it did, the remaining formats would go the slow way.
+constexpr std::size_t kSlots = 4096;
+CompiledFormat slots[kSlots];
+
+const CompiledFormat* compiledFormatOf(const char* format)
+{
+    std::size_t slot = (reinterpret_cast<std::uintptr_t>(format) * 0x9E3779B97F4A7C15ull) >> 52;
+    for (std::size_t probe = 0; probe < kSlots; ++probe, slot = (slot + 1) % kSlots) {
+        CompiledFormat& entry = slots[slot];
+        if (entry.format == format) return &entry;
+        if (entry.format != nullptr) continue;
+        std::vector<Piece> pieces;
+        entry.format = format;
+        entry.plain = compile(format, pieces);
+        if (entry.plain) {
+            entry.pieces = std::make_unique<Piece[]>(pieces.size());
+            std::copy(pieces.begin(), pieces.end(), entry.pieces.get());
+        }
+        return &entry;
+    }
+    return nullptr;
+}
+
+template <typename Value>
+void emitDigits(FormatWriter& out, Value value, unsigned base, bool upper)
+{
+    char buffer[24];
+    char* end = buffer + sizeof buffer;
+    const char* start = digitsOf(value, base, upper, end);
+    out.text(start, static_cast<std::size_t>(end - start));
+}
+
+template <typename Value>
+void emitSignedDigits(FormatWriter& out, Value value)
+{
+    char buffer[24];
+    char* end = buffer + sizeof buffer;
+    const std::uintmax_t magnitude =
+        value < 0 ? 0 - static_cast<std::uintmax_t>(value) : static_cast<std::uintmax_t>(value);
+    char* start = digitsOf(magnitude, 10, false, end);
+    if (value < 0) *--start = '-';
+    out.text(start, static_cast<std::size_t>(end - start));
+}
+
+} // namespace
+
+static_assert(sizeof(std::uintmax_t) == 8, "digit buffers hold 20 decimal digits");
+
+int formatLiteral(FormatTarget& target, const char* format, va_list incoming)
+{
+    const CompiledFormat* compiled = compiledFormatOf(format);
+    if (!compiled || !compiled->plain) return formatText(target, format, incoming);
+
+    va_list args;
+    va_copy(args, incoming);
+    FormatWriter out(target);
+    for (const Piece* piece = compiled->pieces.get();; ++piece) {
+        out.text(piece->literal, piece->literalLength);
+        switch (piece->conversion) {
+        case Conversion::None: break;
+        case Conversion::Unsigned: emitDigits(out, va_arg(args, unsigned), 10, false); continue;
+        case Conversion::Signed: emitSignedDigits(out, va_arg(args, int)); continue;
+        case Conversion::Hex: emitDigits(out, va_arg(args, unsigned), 16, false); continue;
+        case Conversion::HexUpper: emitDigits(out, va_arg(args, unsigned), 16, true); continue;
+        case Conversion::UnsignedLong: emitDigits(out, va_arg(args, unsigned long long), 10, false); continue;
+        case Conversion::SignedLong: emitSignedDigits(out, va_arg(args, long long)); continue;
+        case Conversion::HexLong: emitDigits(out, va_arg(args, unsigned long long), 16, false); continue;
+        case Conversion::HexUpperLong: emitDigits(out, va_arg(args, unsigned long long), 16, true); continue;
+        case Conversion::Percent: out.text("%", 1); continue;
+        case Conversion::String: {
+            const char* text = va_arg(args, const char*);
+            if (!text) text = "(null)";
+            out.text(text, std::strlen(text));
+            continue;
+        }
+        }
+        break;
+    }
+    va_end(args);
+    return out.total() > INT_MAX ? -1 : static_cast<int>(out.total());
+}

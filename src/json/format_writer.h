@@ -1,0 +1,78 @@
+// Pieces shared by the formatters: a writer that fills a FormatTarget and
+// counts what it was given, and the digit loops.
+#pragma once
+
+#include "json/format.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+class FormatWriter {
+public:
+    explicit FormatWriter(FormatTarget& target) : target_(target) {}
+    void text(const char* text, std::size_t length)
+    {
+        total_ += length;
+        if (length <= static_cast<std::size_t>(target_.end - target_.at)) {
+            if (length <= 16) {
+                // Most pieces are short: a plain loop beats a call to memcpy.
+                for (std::size_t i = 0; i < length; ++i) target_.at[i] = text[i];
+            } else {
+                std::memcpy(target_.at, text, length);
+            }
+            target_.at += length;
+            return;
+        }
+        while (length > 0) {
+            if (target_.at == target_.end) target_.refill(target_);
+            std::size_t room = static_cast<std::size_t>(target_.end - target_.at);
+            std::size_t now = length < room ? length : room;
+            std::memcpy(target_.at, text, now);
+            target_.at += now;
+            text += now;
+            length -= now;
+        }
+    }
+    void repeat(char c, int count)
+    {
+        if (count <= 0) return;
+        char run[64];
+        std::memset(run, c, sizeof run);
+        while (count > 0) {
+            int now = count < 64 ? count : 64;
+            text(run, static_cast<std::size_t>(now));
+            count -= now;
+        }
+    }
+    std::size_t total() const { return total_; }
+
+private:
+    FormatTarget& target_;
+    std::size_t total_ = 0;
+};
+
+// Digits of value in the base, written at the end of buffer; returns their
+// start. Each base has its own loop so that the divisions are by constants.
+inline char* digitsOf(std::uintmax_t value, unsigned base, bool upper, char* end)
+{
+    const char* set = upper ? "0123456789ABCDEF" : "0123456789abcdef";
+    char* at = end;
+    if (base == 10) {
+        do {
+            *--at = static_cast<char>('0' + value % 10);
+            value /= 10;
+        } while (value != 0);
+    } else if (base == 16) {
+        do {
+            *--at = set[value & 15];
+            value >>= 4;
+        } while (value != 0);
+    } else {
+        do {
+            *--at = static_cast<char>('0' + (value & 7));
+            value >>= 3;
+        } while (value != 0);
+    }
+    return at;
+}
