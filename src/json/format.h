@@ -24,5 +24,6 @@ int formatText(FormatTarget& target, const char* format, va_list args);
 // (string literals): each such format is taken apart once and kept by its
 // address, so later calls copy its literal pieces and convert its arguments
 // without reading the format again. Formats with conversions other than the
-// plain ones the tool writes most go through formatText.
+// plain ones the tool writes most go through formatText. The arguments are
+// taken from `args` itself, so the caller may only end the list afterwards.
 int formatLiteral(FormatTarget& target, const char* format, va_list args);

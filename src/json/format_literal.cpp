@@ -120,13 +120,13 @@ void emitSignedDigits(FormatWriter& out, Value value)
 
 static_assert(sizeof(std::uintmax_t) == 8, "digit buffers hold 20 decimal digits");
 
-int formatLiteral(FormatTarget& target, const char* format, va_list incoming)
+// The arguments are read from the caller's list directly: a copy of it
+// costs more than the conversions of a short format.
+int formatLiteral(FormatTarget& target, const char* format, va_list args)
 {
     const CompiledFormat* compiled = compiledFormatOf(format);
-    if (!compiled || !compiled->plain) return formatText(target, format, incoming);
+    if (!compiled || !compiled->plain) return formatText(target, format, args);
 
-    va_list args;
-    va_copy(args, incoming);
     FormatWriter out(target);
     for (const Piece* piece = compiled->pieces.get();; ++piece) {
         out.text(piece->literal, piece->literalLength);
@@ -150,6 +150,5 @@ int formatLiteral(FormatTarget& target, const char* format, va_list incoming)
         }
         break;
     }
-    va_end(args);
     return out.total() > INT_MAX ? -1 : static_cast<int>(out.total());
 }

@@ -59,10 +59,24 @@ inline char* digitsOf(std::uintmax_t value, unsigned base, bool upper, char* end
     const char* set = upper ? "0123456789ABCDEF" : "0123456789abcdef";
     char* at = end;
     if (base == 10) {
-        do {
-            *--at = static_cast<char>('0' + value % 10);
-            value /= 10;
-        } while (value != 0);
+        // Two digits per division.
+        static const char kPairs[] =
+            "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+            "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+            "8081828384858687888990919293949596979899";
+        while (value >= 100) {
+            const unsigned pair = static_cast<unsigned>(value % 100) * 2;
+            value /= 100;
+            *--at = kPairs[pair + 1];
+            *--at = kPairs[pair];
+        }
+        if (value >= 10) {
+            const unsigned pair = static_cast<unsigned>(value) * 2;
+            *--at = kPairs[pair + 1];
+            *--at = kPairs[pair];
+        } else {
+            *--at = static_cast<char>('0' + value);
+        }
     } else if (base == 16) {
         do {
             *--at = set[value & 15];
