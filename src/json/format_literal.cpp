@@ -9,6 +9,7 @@
 #include <climits>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -69,7 +70,42 @@ struct CompiledFormat {
     const char* format = nullptr; // the key; null for a free slot
     bool plain = false;           // false: use formatText
     std::unique_ptr<Piece[]> pieces;
+    // Copies of the literal pieces, each padded to whole 16-byte blocks, so
+    // that they can be copied a block at a time.
+    std::unique_ptr<char[]> literals;
 };
+
+constexpr std::size_t kBlock = 16;
+std::size_t roundUpToBlock(std::size_t length) { return (length + kBlock - 1) / kBlock * kBlock; }
+
+// Moves the literal pieces of `pieces` into `entry`'s padded copies.
+void keepLiterals(CompiledFormat& entry, const std::vector<Piece>& pieces)
+{
+    std::size_t total = 0;
+    for (const Piece& piece : pieces) total += roundUpToBlock(piece.literalLength);
+    entry.literals = std::make_unique<char[]>(total + kBlock); // zeroed
+    entry.pieces = std::make_unique<Piece[]>(pieces.size());
+    char* copy = entry.literals.get();
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        std::memcpy(copy, pieces[i].literal, pieces[i].literalLength);
+        entry.pieces[i] = {copy, pieces[i].literalLength, pieces[i].conversion};
+        copy += roundUpToBlock(pieces[i].literalLength);
+    }
+}
+
+// Writes a padded literal: whole blocks when the window has room for them
+// (the bytes past the literal are overwritten by what follows).
+void emitLiteral(FormatWriter& out, const Piece& piece)
+{
+    const std::size_t blocks = roundUpToBlock(piece.literalLength);
+    char* at = out.reserve(blocks);
+    if (!at) {
+        out.text(piece.literal, piece.literalLength);
+        return;
+    }
+    for (std::size_t i = 0; i < blocks; i += kBlock) std::memcpy(at + i, piece.literal + i, kBlock);
+    out.commit(piece.literalLength);
+}
 
 // Open addressing by address. The tool has a few hundred formats, so the
 // table never fills; if it did, the remaining formats would go the slow way.
@@ -86,31 +122,28 @@ const CompiledFormat* compiledFormatOf(const char* format)
         std::vector<Piece> pieces;
         entry.format = format;
         entry.plain = compile(format, pieces);
-        if (entry.plain) {
-            entry.pieces = std::make_unique<Piece[]>(pieces.size());
-            std::copy(pieces.begin(), pieces.end(), entry.pieces.get());
-        }
+        if (entry.plain) keepLiterals(entry, pieces);
         return &entry;
     }
     return nullptr;
 }
 
-template <typename Value>
-void emitDigits(FormatWriter& out, Value value, unsigned base, bool upper)
+template <unsigned Base, bool Upper = false, typename Value>
+void emitDigits(FormatWriter& out, Value value)
 {
     char buffer[24];
     char* end = buffer + sizeof buffer;
-    const char* start = digitsOf(value, base, upper, end);
+    const char* start = digitsOf(value, Base, Upper, end);
     out.text(start, static_cast<std::size_t>(end - start));
 }
 
 template <typename Value>
 void emitSignedDigits(FormatWriter& out, Value value)
 {
+    using Magnitude = std::make_unsigned_t<Value>;
+    const Magnitude magnitude = value < 0 ? 0 - static_cast<Magnitude>(value) : static_cast<Magnitude>(value);
     char buffer[24];
     char* end = buffer + sizeof buffer;
-    const std::uintmax_t magnitude =
-        value < 0 ? 0 - static_cast<std::uintmax_t>(value) : static_cast<std::uintmax_t>(value);
     char* start = digitsOf(magnitude, 10, false, end);
     if (value < 0) *--start = '-';
     out.text(start, static_cast<std::size_t>(end - start));
@@ -129,17 +162,17 @@ int formatLiteral(FormatTarget& target, const char* format, va_list args)
 
     FormatWriter out(target);
     for (const Piece* piece = compiled->pieces.get();; ++piece) {
-        out.text(piece->literal, piece->literalLength);
+        emitLiteral(out, *piece);
         switch (piece->conversion) {
         case Conversion::None: break;
-        case Conversion::Unsigned: emitDigits(out, va_arg(args, unsigned), 10, false); continue;
+        case Conversion::Unsigned: emitDigits<10>(out, va_arg(args, unsigned)); continue;
         case Conversion::Signed: emitSignedDigits(out, va_arg(args, int)); continue;
-        case Conversion::Hex: emitDigits(out, va_arg(args, unsigned), 16, false); continue;
-        case Conversion::HexUpper: emitDigits(out, va_arg(args, unsigned), 16, true); continue;
-        case Conversion::UnsignedLong: emitDigits(out, va_arg(args, unsigned long long), 10, false); continue;
+        case Conversion::Hex: emitDigits<16>(out, va_arg(args, unsigned)); continue;
+        case Conversion::HexUpper: emitDigits<16, true>(out, va_arg(args, unsigned)); continue;
+        case Conversion::UnsignedLong: emitDigits<10>(out, va_arg(args, unsigned long long)); continue;
         case Conversion::SignedLong: emitSignedDigits(out, va_arg(args, long long)); continue;
-        case Conversion::HexLong: emitDigits(out, va_arg(args, unsigned long long), 16, false); continue;
-        case Conversion::HexUpperLong: emitDigits(out, va_arg(args, unsigned long long), 16, true); continue;
+        case Conversion::HexLong: emitDigits<16>(out, va_arg(args, unsigned long long)); continue;
+        case Conversion::HexUpperLong: emitDigits<16, true>(out, va_arg(args, unsigned long long)); continue;
         case Conversion::Percent: out.text("%", 1); continue;
         case Conversion::String: {
             const char* text = va_arg(args, const char*);

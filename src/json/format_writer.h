@@ -45,6 +45,17 @@ public:
             count -= now;
         }
     }
+    // Room for `length` bytes in the current window, or null; a reserved
+    // write is finished with commit (which may count fewer bytes).
+    char* reserve(std::size_t length)
+    {
+        return length <= static_cast<std::size_t>(target_.end - target_.at) ? target_.at : nullptr;
+    }
+    void commit(std::size_t length)
+    {
+        target_.at += length;
+        total_ += length;
+    }
     std::size_t total() const { return total_; }
 
 private:
@@ -54,7 +65,8 @@ private:
 
 // Digits of value in the base, written at the end of buffer; returns their
 // start. Each base has its own loop so that the divisions are by constants.
-inline char* digitsOf(std::uintmax_t value, unsigned base, bool upper, char* end)
+template <typename Value>
+inline char* digitsOf(Value value, unsigned base, bool upper, char* end)
 {
     const char* set = upper ? "0123456789ABCDEF" : "0123456789abcdef";
     char* at = end;
