@@ -1,5 +1,6 @@
 #include "json/envelope.h"
 
+#include "json/format_writer.h"
 #include "json/output.h"
 #include "stream/header.h"
 #include "stream/packet.h"
@@ -69,8 +70,15 @@ void writeDumpRow(Output& out, const std::uint8_t* row, std::uint32_t count, boo
 {
     static const char digits[] = "0123456789abcdef";
     char line[128];
-    int length = formatBounded(line, sizeof line, "%s\"%p\": \"", "      ", static_cast<const void*>(row));
-    char* at = line + length;
+    // The key is the row's address as "%p" prints it: "0x" and the hex
+    // digits without leading zeros.
+    char address[2 * sizeof(std::uintptr_t)];
+    char* addressEnd = address + sizeof address;
+    const char* addressStart = digitsOf(reinterpret_cast<std::uintptr_t>(row), 16, false, addressEnd);
+    char* at = line;
+    for (const char* key = "      \"0x"; *key; ++key) *at++ = *key;
+    for (const char* digit = addressStart; digit != addressEnd; ++digit) *at++ = *digit;
+    for (const char* rest = "\": \""; *rest; ++rest) *at++ = *rest;
     for (std::uint32_t i = 0; i < count; ++i) {
         *at++ = digits[row[i] >> 4];
         *at++ = digits[row[i] & 15];

@@ -1,6 +1,6 @@
 // Formats kept by address. Every print of the tool uses a string literal,
 // and most of them hold only plain conversions (%u %d %s %x %X and their
-// long forms): such a format becomes a list of pieces, each a literal text
+// long forms, and %08x): such a format becomes a list of pieces, each a literal text
 // followed by one conversion, built the first time the format is used.
 #include "json/format.h"
 
@@ -15,7 +15,8 @@
 namespace {
 
 enum class Conversion : std::uint8_t {
-    None, Unsigned, Signed, String, Hex, HexUpper, UnsignedLong, SignedLong, HexLong, HexUpperLong, Percent
+    None, Unsigned, Signed, String, Hex, HexUpper, HexEightDigits, UnsignedLong, SignedLong, HexLong, HexUpperLong,
+    Percent
 };
 
 struct Piece {
@@ -30,11 +31,12 @@ struct Spelling {
     Conversion conversion;
 };
 constexpr Spelling kSpellings[] = {
-    {"llu", Conversion::UnsignedLong}, {"lld", Conversion::SignedLong}, {"llx", Conversion::HexLong},
-    {"llX", Conversion::HexUpperLong}, {"lu", Conversion::UnsignedLong}, {"ld", Conversion::SignedLong},
-    {"lx", Conversion::HexLong},       {"lX", Conversion::HexUpperLong}, {"u", Conversion::Unsigned},
-    {"d", Conversion::Signed},         {"i", Conversion::Signed},        {"s", Conversion::String},
-    {"x", Conversion::Hex},            {"X", Conversion::HexUpper},      {"%", Conversion::Percent},
+    {"llu", Conversion::UnsignedLong}, {"lld", Conversion::SignedLong},    {"llx", Conversion::HexLong},
+    {"llX", Conversion::HexUpperLong}, {"08x", Conversion::HexEightDigits}, {"lu", Conversion::UnsignedLong},
+    {"ld", Conversion::SignedLong},    {"lx", Conversion::HexLong},         {"lX", Conversion::HexUpperLong},
+    {"u", Conversion::Unsigned},       {"d", Conversion::Signed},           {"i", Conversion::Signed},
+    {"s", Conversion::String},         {"x", Conversion::Hex},              {"X", Conversion::HexUpper},
+    {"%", Conversion::Percent},
 };
 static_assert(sizeof(long) == sizeof(long long), "the long forms share one conversion");
 
@@ -169,6 +171,14 @@ int formatLiteral(FormatTarget& target, const char* format, va_list args)
         case Conversion::Signed: emitSignedDigits(out, va_arg(args, int)); continue;
         case Conversion::Hex: emitDigits<16>(out, va_arg(args, unsigned)); continue;
         case Conversion::HexUpper: emitDigits<16, true>(out, va_arg(args, unsigned)); continue;
+        case Conversion::HexEightDigits: {
+            // Shifting in a 1 above the eight digits pads them with zeros.
+            char buffer[16];
+            char* end = buffer + sizeof buffer;
+            digitsOf((std::uint64_t{1} << 32) | va_arg(args, unsigned), 16, false, end);
+            out.text(end - 8, 8);
+            continue;
+        }
         case Conversion::UnsignedLong: emitDigits<10>(out, va_arg(args, unsigned long long)); continue;
         case Conversion::SignedLong: emitSignedDigits(out, va_arg(args, long long)); continue;
         case Conversion::HexLong: emitDigits<16>(out, va_arg(args, unsigned long long)); continue;

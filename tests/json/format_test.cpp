@@ -51,9 +51,9 @@ TEST(Format, IntegerConversionsMatchTheCLibrary)
     // A format is taken apart once and reused: the second use must convert
     // its own arguments.
     for (unsigned long long value : {0x1ABCull, 77ull})
-        EXPECT_EQ(ours("  \"Target%u\": \"0x%llX\",%s|%d%%%lu%x%X%lld\n", 3u, value, "s", -9, 10ul, 255u, 255u, -5ll),
-                  library("  \"Target%u\": \"0x%llX\",%s|%d%%%lu%x%X%lld\n", 3u, value, "s", -9, 10ul, 255u, 255u,
-                          -5ll));
+        EXPECT_EQ(ours("  \"Target%u\": \"0x%llX\",%s|%d%%%lu%x%X%lld%08x\n", 3u, value, "s", -9, 10ul, 255u, 255u, -5ll, 0xA7u),
+                  library("  \"Target%u\": \"0x%llX\",%s|%d%%%lu%x%X%lld%08x\n", 3u, value, "s", -9, 10ul, 255u, 255u,
+                          -5ll, 0xA7u));
     EXPECT_EQ(ours("%hhu %hu %hhd %hd", 0x1FF, 0x1FFFF, 0xFF, 0xFFFF), library("%hhu %hu %hhd %hd", 0x1FF, 0x1FFFF, 0xFF, 0xFFFF));
     EXPECT_EQ(ours("%*d|%-*d|%.*d", 6, 5, 6, 5, 4, 5), library("%*d|%-*d|%.*d", 6, 5, 6, 5, 4, 5));
 }
