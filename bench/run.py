@@ -6,7 +6,8 @@ for each capture and for correlated mode, -raw and -raw -hex, measures the
 tool's wall time, input and output MB/s and peak resident memory, and, side
 by side, the time `cat` takes to copy the JSON the tool wrote to a new file
 on the same disk. Prints a table with the ratio tool time / copy time
-(medians of --runs runs). A second table shows peak memory for firmware
+(medians of --runs runs). Every timed command writes a new file and starts
+after a sync, so that neither pays for the write-back of the other's output. A second table shows peak memory for firmware
 captures of two sizes.
 
     bench/run.py [--fw-mib 256] [--host-mib 128] [--client-mib 128] [--runs 3]
@@ -55,16 +56,25 @@ def output_name(capture, options):
 def measure(tool, directory, capture, options, runs):
     tool_times, rss, copy_times = [], [], []
     json_name = output_name(capture, options)
+    json_path = os.path.join(directory, json_name)
+    copy_path = os.path.join(directory, "copy.json")
     for _ in range(runs):
+        # Each command writes a new file, starting with no dirty pages of an
+        # earlier command waiting to be written back.
+        for stale in (json_path, copy_path):
+            if os.path.exists(stale):
+                os.remove(stale)
+        os.sync()
         seconds, peak = timed([tool, capture] + options, directory)
         tool_times.append(seconds)
         rss.append(peak)
-        with open(os.path.join(directory, "copy.json"), "wb") as copy:
+        with open(copy_path, "wb") as copy:
+            os.sync()
             seconds, _ = timed(["cat", json_name], directory, stdout=copy)
         copy_times.append(seconds)
     output_bytes = os.path.getsize(os.path.join(directory, json_name))
-    os.remove(os.path.join(directory, json_name))
-    os.remove(os.path.join(directory, "copy.json"))
+    os.remove(json_path)
+    os.remove(copy_path)
     return statistics.median(tool_times), statistics.median(copy_times), max(rss), output_bytes
 
 
