@@ -95,4 +95,7 @@ void clientFrame(StreamWriter& client, std::uint32_t frame)
     client.capture.add(client.next(98, 30).u32s({kContext, 3, 1234, frame, 0, 60}).text("clFinish", 40));
     client.capture.add(client.next(129, 10).i32(5).i32(1234).u32s({0, 0, 205}).text("vkQueueSubmit", 44));
     client.capture.add(client.next(130, 40).i32(5).i32(1234).u32s({0, 0, 205}).text("vkQueueSubmit", 44));
+    // Binding a graphics pipeline (object 7, type 5) carries the object behind the mark.
+    for (std::uint32_t type : {129u, 130u})
+        client.capture.add(client.next(type, 5).i32(5).i32(1234).u32s({0, 0, 242}).text("vkCmdBindPipeline", 44).u32s({7, 5}));
 }

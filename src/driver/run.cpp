@@ -159,10 +159,6 @@ FileOutcome convertFile(StreamFile& file, const StreamTable& streams, int argc, 
     file.correlatedConverter = stream.correlatedConverter;
     file.rawConverter = stream.rawConverter;
     if (stream.beginFile) stream.beginFile();
-    if (!file.correlatedConverter || !file.rawConverter) {
-        out.print("error: %s streams cannot be converted by this build\n", file.streamName);
-        return FileOutcome::Done;
-    }
 
     out.print("info: binary file size is %lu, processing...\n", static_cast<unsigned long>(file.in.size()));
     file.in.seek(0);

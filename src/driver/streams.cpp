@@ -1,18 +1,18 @@
 #include "driver/run.h"
+#include "client/client_correlated.h"
+#include "client/client_raw.h"
 #include "fw/fw_correlated.h"
 #include "fw/fw_raw.h"
 #include "host/host_converters.h"
 
 // The converters of each stream; the driver picks a row by the stream id of
-// a file's first header and skips a stream whose converters are missing.
+// a file's first header.
 const StreamTable& builtInStreams()
 {
     static const StreamTable table{
         {"Firmware", 5000, fwConvertCorrelated, fwConvertRaw, fwBeginFile},
         {"Host", 1000, hostConvertCorrelated, hostConvertRaw, nullptr},
-        // The client converters (src/client) join when their API payload
-        // printers exist; until then the driver skips client files.
-        {"Client", 1000, nullptr, nullptr, nullptr},
+        {"Client", 1000, clientConvertCorrelated, clientConvertRaw, clientBeginFile},
     };
     return table;
 }

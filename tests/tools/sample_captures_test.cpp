@@ -34,4 +34,12 @@ TEST(SampleCaptures, FirmwareAndHostConvertCleanlyInBothModes)
     }
 }
 
+TEST(SampleCaptures, ClientConvertsCleanlyInBothModes)
+{
+    StreamWriter client(kClientStream);
+    for (std::uint32_t frame = 1; frame <= 2; ++frame) clientFrame(client, frame);
+    for (std::vector<std::string> options : {std::vector<std::string>{}, {"-raw"}})
+        expectClean(convertCapture(client.capture, options), "Client", 2 * 16);
+}
+
 } // namespace
