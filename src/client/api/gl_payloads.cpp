@@ -28,17 +28,17 @@ struct DrawParamKeys {
     const char* keys[6];
 };
 static const DrawParamKeys kDrawParamKeys[] = {
-    {{"Mode", "Index Count", "First"}},                                                    // 05_DrawArrays
-    {{"Mode", "Index Count", "First", "Primitive Count"}},                                 // 06_DrawArraysInstanced
-    {{"Mode"}},                                                                            // 07_DrawArraysIndirect
-    {{"Mode", "Element Count", "Type"}},                                                   // 08_DrawElements
-    {{"Mode", "Element Count", "Type", "Primitive Count"}},                                // 09_DrawElementsInstanced
-    {{"Mode", "Type"}},                                                                    // 10_DrawElementsIndirect
-    {{"Mode", "Element Count", "Type", "Range Start", "Range End"}},                       // 11_DrawRangeElements
-    {{"Mode", "Element Count", "Type", "Base Vertex"}},                                    // 12_DrawElementsBaseVertex
-    {{"Mode", "Element Count", "Type", "Base Vertex", "Range Start", "Range End"}},        // 13_DrawRangeElementsBaseVertex
-    {{"Mode", "Element Count", "Type", "Base Vertex", "Primitive Count"}},                 // 14_DrawElementsInstancedBaseVertex
-    {{"Mode", "Type"}},                                                                    // 15_MultiDrawElementsBaseVertex
+    {{"Mode", "Index Count", "First"}},  // 05_DrawArrays
+    {{"Mode", "Index Count", "First", "Primitive Count"}},  // 06_DrawArraysInstanced
+    {{"Mode"}},  // 07_DrawArraysIndirect
+    {{"Mode", "Element Count", "Type"}},  // 08_DrawElements
+    {{"Mode", "Element Count", "Type", "Primitive Count"}},  // 09_DrawElementsInstanced
+    {{"Mode", "Type"}},  // 10_DrawElementsIndirect
+    {{"Mode", "Element Count", "Type", "Range Start", "Range End"}},  // 11_DrawRangeElements
+    {{"Mode", "Element Count", "Type", "Base Vertex"}},  // 12_DrawElementsBaseVertex
+    {{"Mode", "Element Count", "Type", "Base Vertex", "Range Start", "Range End"}},  // 13_DrawRangeElementsBaseVertex
+    {{"Mode", "Element Count", "Type", "Base Vertex", "Primitive Count"}},  // 14_DrawElementsInstancedBaseVertex
+    {{"Mode", "Type"}},  // 15_MultiDrawElementsBaseVertex
 };
 
 // Dispatch record: the compute shader behind the workgroup dimensions; the

@@ -19,7 +19,8 @@ static const char* const kVulkanPrimitiveTopologyNames[] = {
     "06_TriangleFan", "07_LineListWithAdjacency", "08_LineStripWithAdjacency", "09_TriangleListWithAdjacency",
     "10_TriangleStripWithAdjacency", "11_PatchList", "LAST",
 };
-const NameTable VulkanPrimitiveTopologyNames = makeNameTable(kVulkanPrimitiveTopologyNames, 11, "Vulkan primitive topology");
+const NameTable VulkanPrimitiveTopologyNames =
+    makeNameTable(kVulkanPrimitiveTopologyNames, 11, "Vulkan primitive topology");
 
 static const char* const kVulkanSampleCountNames[] = {
     "00_Invalid", "01_1", "02_2", "03_4", "04_8", "05_16", "06_32", "07_64", "LAST",
@@ -72,12 +73,14 @@ const NameTable VulkanBlendOpNames = makeNameTable(kVulkanBlendOpNames, 51, "Vul
 static const char* const kVulkanAttachmentLoadOpNames[] = {
     "00_Invalid", "01_Load", "02_Clear", "03_DontCare", "LAST",
 };
-const NameTable VulkanAttachmentLoadOpNames = makeNameTable(kVulkanAttachmentLoadOpNames, 3, "Vulkan attachment load op");
+const NameTable VulkanAttachmentLoadOpNames =
+    makeNameTable(kVulkanAttachmentLoadOpNames, 3, "Vulkan attachment load op");
 
 static const char* const kVulkanAttachmentStoreOpNames[] = {
     "00_Invalid", "01_Store", "02_DontCare", "LAST",
 };
-const NameTable VulkanAttachmentStoreOpNames = makeNameTable(kVulkanAttachmentStoreOpNames, 2, "Vulkan attachment store op");
+const NameTable VulkanAttachmentStoreOpNames =
+    makeNameTable(kVulkanAttachmentStoreOpNames, 2, "Vulkan attachment store op");
 
 // Row 15 has a name but lies outside the accepted range 0-14.
 static const char* const kVulkanImageLayoutNames[] = {
@@ -97,7 +100,8 @@ const NameTable VulkanPipelineBindPointNames = makeNameTable(kVulkanPipelineBind
 static const char* const kVulkanAttachmentReferenceTypeNames[] = {
     "00_Invalid", "01_Colour", "02_Resolve", "03_Input", "04_DepthStencil", "LAST",
 };
-const NameTable VulkanAttachmentReferenceTypeNames = makeNameTable(kVulkanAttachmentReferenceTypeNames, 4, "Vulkan attachment reference type");
+const NameTable VulkanAttachmentReferenceTypeNames =
+    makeNameTable(kVulkanAttachmentReferenceTypeNames, 4, "Vulkan attachment reference type");
 
 static const char* const kVulkanImageViewTypeNames[] = {
     "00_Invalid", "01_1D", "02_2D", "03_3D", "04_Cube", "05_1DArray", "06_2DArray", "07_CubeArray", "LAST",
@@ -122,13 +126,15 @@ const NameTable VulkanFilterNames = makeNameTable(kVulkanFilterNames, 3, "Vulkan
 static const char* const kVulkanSamplerMipMapModeNames[] = {
     "00_Invalid", "01_Nearest", "02_Linear", "LAST",
 };
-const NameTable VulkanSamplerMipMapModeNames = makeNameTable(kVulkanSamplerMipMapModeNames, 2, "Vulkan sampler mip map mode");
+const NameTable VulkanSamplerMipMapModeNames =
+    makeNameTable(kVulkanSamplerMipMapModeNames, 2, "Vulkan sampler mip map mode");
 
 static const char* const kVulkanSamplerAddressModeNames[] = {
     "00_Invalid", "01_Repeat", "02_MirroredRepeat", "03_ClampToEdge", "04_ClampToBorder", "05_MirrorClampToEdge",
     "LAST",
 };
-const NameTable VulkanSamplerAddressModeNames = makeNameTable(kVulkanSamplerAddressModeNames, 5, "Vulkan sampler address mode");
+const NameTable VulkanSamplerAddressModeNames =
+    makeNameTable(kVulkanSamplerAddressModeNames, 5, "Vulkan sampler address mode");
 
 static const char* const kVulkanDescriptorTypeNames[] = {
     "00_Invalid", "01_Sampler", "02_CombinedImageSampler", "03_SampledImage", "04_StorageImage",

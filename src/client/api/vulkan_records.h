@@ -14,7 +14,8 @@ namespace client {
 // The two indentations at which object references are printed.
 enum class ReferenceDepth { Member, Item };
 
-void printReference(Output& out, const Packet& record, std::size_t offset, ReferenceDepth depth = ReferenceDepth::Member);
+void printReference(Output& out, const Packet& record, std::size_t offset,
+                    ReferenceDepth depth = ReferenceDepth::Member);
 
 // A count at `countOffset` followed by that many references; only those
 // that start inside the record are printed.
