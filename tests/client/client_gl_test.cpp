@@ -46,6 +46,22 @@ TEST(ClientGl, DrawPairsByFunctionId)
                   kDrawTail);
 }
 
+TEST(ClientGl, DrawEndOfOpenGlWithShaderVariants)
+{
+    // Vertex and tessellation-evaluation shaders, each with its variant.
+    Capture capture;
+    capture.add(ClientPacket(71 + kGl, 96).u32(24, 269).u32(28, 3).u32(32, 9).u32(36, 0x80000021)
+                    .u32(40, 4).u32(44, 6).u32(48, 5123).u32(52, 7).u32(56, 100).u32(60, 200)
+                    .u64(64, 21).u32(72, 1).u64(80, 22).u32(88, 2));
+    EXPECT_EQ(rawElements(capture),
+              envelope(96, "07_DrawEnd", 0, 0, "OpenGL") +
+                  "      \"mark\": {\n        \"ID:\": \"13_DrawRangeElementsBaseVertex\",\n        \"JobRef:\": 9,\n"
+                  "        \"Context ID\": 3,\n        \"Mode\": 4,\n        \"Element Count\": 6,\n"
+                  "        \"Type\": 5123,\n        \"Base Vertex\": 7,\n        \"Range Start\": 100,\n"
+                  "        \"Range End\": 200,\n        \"Vsh ID\": 21,\n        \"Vsh Variant\": 1,\n"
+                  "        \"TEsh ID\": 22\n        \"TEsh Variant\": 2\n      }\n    }");
+}
+
 TEST(ClientGl, OpenGlMarkPairLooksUpTheRawFunctionId)
 {
     Capture capture;
