@@ -201,6 +201,43 @@ TEST(VulkanApiInfo, ImagesAndBuffersNameTheirUsageByTheLastBit)
                                        "            \"Size\": 8589934592,\n          }\n"));
 }
 
+TEST(VulkanApiInfo, SamplersLayoutsFramebuffersAndViews)
+{
+    Record sampler = vulkanRecord(227, 96);
+    sampler.u32s(64, {2, 1, 2, 1, 3, 6, 4, 0x5});
+    Record layout = vulkanRecord(228, 100);
+    layout.u32s(64, {2, 0, 1, 0x10, 1, 1, 4, 0x20, 14});
+    std::string console;
+    EXPECT_EQ(apiInfo(sampler, &console),
+              wrapped("          \"Create Sampler\": {\n            \"Magnification Filter\": 02_Linear,\n"
+                      "            \"Minification Filter\": 01_Nearest,\n            \"MipMap Mode\": 02_Linear,\n"
+                      "            \"Address Mode U\": 01_Repeat,\n            \"Address Mode V\": 03_ClampToEdge,\n"
+                      "            \"Address Mode W\": OUT_OF_BOUNDS,\n            \"Compare Op\": 04_LessOrEqual,\n"
+                      "            \"Anisotropic Filtering Enabled\": true,\n            \"Compare Op Enabled\": false,\n"
+                      "            \"Un-normalized Co-ordinates Enabled\": true,\n          }\n"));
+    EXPECT_EQ(console, "Warning: Zyntel packet unknown Vulkan sampler address mode (6)!\n");
+    EXPECT_EQ(apiInfo(layout, &console),
+              wrapped("          \"Create Descriptor Set Layout\": {\n            \"Binding\": 0,\n"
+                      "            \"Descriptor Count\": 1,\n            \"Descriptor Type\": 01_Sampler,\n"
+                      "            \"Shader Stages\": 05_Fragment | ,\n          }\n"
+                      "          \"Create Descriptor Set Layout\": {\n            \"Binding\": 1,\n"
+                      "            \"Descriptor Count\": 4,\n            \"Descriptor Type\": OUT_OF_BOUNDS,\n"
+                      "            \"Shader Stages\": 07_Compute | ,\n          }\n"));
+    EXPECT_EQ(console, "Warning: Zyntel packet unknown Vulkan descriptor type (14)!\n");
+
+    Record framebuffer = vulkanRecord(224, 88);
+    framebuffer.u32s(64, {800, 600, 1, 1, 11, 11});
+    Record view = vulkanRecord(225, 84);
+    view.u32s(64, {2, 32, 1, 10, 10});
+    EXPECT_EQ(apiInfo(framebuffer) + apiInfo(view),
+              wrapped("          \"Create Framebuffer\": {\n            \"Framebuffer Width\": 800,\n"
+                      "            \"Framebuffer Height\": 600,\n            \"Framebuffer Layers\": 1,\n" +
+                      reference(11, "11_ImageView") + "          }\n") +
+                  wrapped("          \"Create Image View\": {\n            \"Type\": 02_2D,\n"
+                          "            \"Pixel Format\": R8G8B8A8_UNORM,\n" +
+                          reference(10, "10_Image") + "          }\n"));
+}
+
 TEST(VulkanApiInfo, CopiesNameTheLayoutOfTheImageSide)
 {
     Record toImage = vulkanRecord(251, 84);
