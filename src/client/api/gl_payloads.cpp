@@ -19,26 +19,38 @@ using ULL = unsigned long long;
 // GL function ids are the GLES ones plus this offset.
 constexpr std::uint32_t kGlFunctionBase = 256;
 
-// Draw record: function id at 0, six parameters from 16, each printed under
-// the next key of its draw function.
+// Draw record: function id at 0, six parameters from 16. Each draw function
+// prints its own block, taking the parameters in order (the comma always
+// follows: the shader lines come next); unused parameters are ignored.
 constexpr std::size_t kDrawParamsOffset = 16;
 constexpr std::uint32_t kFirstDrawFunction = 5;
 
-struct DrawParamKeys {
-    const char* keys[6];
-};
-static const DrawParamKeys kDrawParamKeys[] = {
-    {{"Mode", "Index Count", "First"}},  // 05_DrawArrays
-    {{"Mode", "Index Count", "First", "Primitive Count"}},  // 06_DrawArraysInstanced
-    {{"Mode"}},  // 07_DrawArraysIndirect
-    {{"Mode", "Element Count", "Type"}},  // 08_DrawElements
-    {{"Mode", "Element Count", "Type", "Primitive Count"}},  // 09_DrawElementsInstanced
-    {{"Mode", "Type"}},  // 10_DrawElementsIndirect
-    {{"Mode", "Element Count", "Type", "Range Start", "Range End"}},  // 11_DrawRangeElements
-    {{"Mode", "Element Count", "Type", "Base Vertex"}},  // 12_DrawElementsBaseVertex
-    {{"Mode", "Element Count", "Type", "Base Vertex", "Range Start", "Range End"}},  // 13_DrawRangeElementsBaseVertex
-    {{"Mode", "Element Count", "Type", "Base Vertex", "Primitive Count"}},  // 14_DrawElementsInstancedBaseVertex
-    {{"Mode", "Type"}},  // 15_MultiDrawElementsBaseVertex
+static const char* const kDrawParamFormats[] = {
+    // 05_DrawArrays
+    "        \"Mode\": %u,\n        \"Index Count\": %u,\n        \"First\": %u,\n",
+    // 06_DrawArraysInstanced
+    "        \"Mode\": %u,\n        \"Index Count\": %u,\n        \"First\": %u,\n        \"Primitive Count\": %u,\n",
+    // 07_DrawArraysIndirect
+    "        \"Mode\": %u,\n",
+    // 08_DrawElements
+    "        \"Mode\": %u,\n        \"Element Count\": %u,\n        \"Type\": %u,\n",
+    // 09_DrawElementsInstanced
+    "        \"Mode\": %u,\n        \"Element Count\": %u,\n        \"Type\": %u,\n        \"Primitive Count\": %u,\n",
+    // 10_DrawElementsIndirect
+    "        \"Mode\": %u,\n        \"Type\": %u,\n",
+    // 11_DrawRangeElements
+    "        \"Mode\": %u,\n        \"Element Count\": %u,\n        \"Type\": %u,\n        \"Range Start\": %u,\n"
+    "        \"Range End\": %u,\n",
+    // 12_DrawElementsBaseVertex
+    "        \"Mode\": %u,\n        \"Element Count\": %u,\n        \"Type\": %u,\n        \"Base Vertex\": %u,\n",
+    // 13_DrawRangeElementsBaseVertex
+    "        \"Mode\": %u,\n        \"Element Count\": %u,\n        \"Type\": %u,\n        \"Base Vertex\": %u,\n"
+    "        \"Range Start\": %u,\n        \"Range End\": %u,\n",
+    // 14_DrawElementsInstancedBaseVertex
+    "        \"Mode\": %u,\n        \"Element Count\": %u,\n        \"Type\": %u,\n        \"Base Vertex\": %u,\n"
+    "        \"Primitive Count\": %u,\n",
+    // 15_MultiDrawElementsBaseVertex
+    "        \"Mode\": %u,\n        \"Type\": %u,\n",
 };
 
 // Dispatch record: the compute shader behind the workgroup dimensions; the
@@ -90,14 +102,9 @@ void printDrawParams(bool openGl, StreamFile& file, const Packet& record)
 {
     const std::uint32_t function = record.u32(0) - (openGl ? kGlFunctionBase : 0);
     const std::uint32_t row = function - kFirstDrawFunction;
-    if (function < kFirstDrawFunction || row >= std::size(kDrawParamKeys)) return;
-    // The comma always follows: the shader lines come next.
-    std::size_t offset = kDrawParamsOffset;
-    for (const char* key : kDrawParamKeys[row].keys) {
-        if (key == nullptr) break;
-        file.out.print("        \"%s\": %u,\n", key, record.u32(offset));
-        offset += 4;
-    }
+    if (function < kFirstDrawFunction || row >= std::size(kDrawParamFormats)) return;
+    const Packet p = record.from(kDrawParamsOffset);
+    file.out.print(kDrawParamFormats[row], p.u32(0), p.u32(4), p.u32(8), p.u32(12), p.u32(16), p.u32(20));
 }
 
 void printDispatchData(bool openGl, StreamFile& file, const Packet& record, std::uint32_t packetSize)

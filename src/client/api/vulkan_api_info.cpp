@@ -213,9 +213,9 @@ void printVulkanApiInfo(StreamFile& file, const Packet& record)
     case 227: printSampler(out, r); break;
     case 228: printDescriptorSetLayout(out, r); break;
     case 229:
-        out.print("          \"Create Descriptor Set\": {\n");
-        printReference(out, r, 64);
-        out.print("          }\n");
+        out.print("          \"Create Descriptor Set\": {\n            \"Attached Vulkan Obj ID\": %d,\n"
+                  "            \"Attached Vulkan Obj Type\": %s,\n          }\n",
+                  r.i32(64), vulkanObjectTypeName(r.u32(68)));
         break;
     case 230: printDescriptorUpdates(out, r); break;
     case 235: {
@@ -226,18 +226,19 @@ void printVulkanApiInfo(StreamFile& file, const Packet& record)
     }
     case 242:
     case 243:
-        out.print("          \"Bind Pipeline\": {\n");
-        printReference(out, r, 64);
-        out.print("          }\n");
+        out.print("          \"Bind Pipeline\": {\n            \"Attached Vulkan Obj ID\": %d,\n"
+                  "            \"Attached Vulkan Obj Type\": %s,\n          }\n",
+                  r.i32(64), vulkanObjectTypeName(r.u32(68)));
         break;
     case 244:
     case 245: {
         // One object per descriptor set.
         const std::uint32_t count = r.fitCount(68, r.u32(64), 8);
         for (std::uint32_t i = 0; i < count; ++i) {
-            out.print("          \"Bind Descriptor Set\": {\n");
-            printReference(out, r, 68 + 8 * std::size_t{i});
-            out.print("          }\n");
+            const std::size_t at = 68 + 8 * std::size_t{i};
+            out.print("          \"Bind Descriptor Set\": {\n            \"Attached Vulkan Obj ID\": %d,\n"
+                      "            \"Attached Vulkan Obj Type\": %s,\n          }\n",
+                      r.i32(at), vulkanObjectTypeName(r.u32(at + 4)));
         }
         break;
     }
