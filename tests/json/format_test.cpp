@@ -62,6 +62,12 @@ TEST(Format, StringsPointersAndFloatsMatchTheCLibrary)
 {
     const char* formats[] = {"%s", "%10s|", "%-10s|", "%.2s", "%5.1s|", "\"%s\": %s,\n"};
     for (const char* format : formats) EXPECT_EQ(ours(format, "text", "more"), library(format, "text", "more")) << format;
+    // Texts of every length up to past the short-copy sizes.
+    const std::string letters = "abcdefghijklmnopqrstuvwxyz";
+    for (std::size_t length = 0; length <= letters.size(); ++length) {
+        const std::string text = letters.substr(0, length);
+        EXPECT_EQ(ours("<%s>", text.c_str()), "<" + text + ">");
+    }
     const char* none = nullptr;
     EXPECT_EQ(ours("%s", none), "(null)");
     EXPECT_EQ(ours("%.3s|", none), library("%.3s|", none));
