@@ -6,6 +6,9 @@
 #include "stream/packet.h"
 #include "stream/stream_file.h"
 
+#include <cstring>
+#include <string_view>
+
 void applyTimeDelta(StreamFile& file, const Packet& packet)
 {
     std::uint64_t timer = packet.timer();
@@ -28,15 +31,86 @@ const char* clientApiLabel(std::uint32_t eventType)
     return "Invalid";
 }
 
+namespace {
+
+// A line of JSON built in place: literal pieces, numbers and texts.
+class LineBuilder {
+public:
+    explicit LineBuilder(char* start) : at_(start) {}
+    template <std::size_t N>
+    void literal(const char (&text)[N])
+    {
+        std::memcpy(at_, text, N - 1);
+        at_ += N - 1;
+    }
+    void text(const char* text, std::size_t length)
+    {
+        std::memcpy(at_, text, length);
+        at_ += length;
+    }
+    void number(std::uint64_t value, unsigned base)
+    {
+        char digits[24];
+        char* end = digits + sizeof digits;
+        const char* start = digitsOf(value, base, false, end);
+        text(start, static_cast<std::size_t>(end - start));
+    }
+    char* end() const { return at_; }
+
+private:
+    char* at_;
+};
+
+// Room for the envelope's fixed text and numbers, without its two names.
+constexpr std::size_t kEnvelopeRoom = 320;
+
+} // namespace
+
+// The envelope heads every raw element, so it is built by hand into one
+// buffer and written at once. Its text is that of the format
+//   "    {\n      \"sig\": \"0x%x\",\n      \"size\": %u,\n      \"type\": \"%s\",\n"
+//   "      \"thread\": %u,\n      \"osid\": %u,\n      \"ordinal\": %u,\n      \"kortimer\": %llu,\n"
+// and, for client packets, "      \"api\": \"%s\",\n".
 void writeRawEnvelope(StreamFile* file, const Packet& packet, const char* typeName)
 {
     Output& out = file ? file->out : console();
-    std::uint32_t typeWord = packet.typeWord();
-    out.print("    {\n      \"sig\": \"0x%x\",\n      \"size\": %u,\n      \"type\": \"%s\",\n"
-              "      \"thread\": %u,\n      \"osid\": %u,\n      \"ordinal\": %u,\n      \"kortimer\": %llu,\n",
-              packet.signature(), packet.sizeWord(), typeName, (typeWord >> 15) & 1, (typeWord >> 24) & 0x1F,
-              packet.ordinal(), static_cast<unsigned long long>(packet.timer()));
-    if (packet.streamId() == 2) out.print("      \"api\": \"%s\",\n", clientApiLabel(packet.eventType()));
+    const std::uint32_t typeWord = packet.typeWord();
+    const char* api = packet.streamId() == 2 ? clientApiLabel(packet.eventType()) : nullptr;
+    const std::size_t typeLength = std::strlen(typeName);
+    const std::size_t apiLength = api ? std::strlen(api) : 0;
+
+    char line[kEnvelopeRoom + 256];
+    if (typeLength + apiLength > sizeof line - kEnvelopeRoom) {
+        // Names this long do not come from the tool's tables; print them plainly.
+        out.print("    {\n      \"sig\": \"0x%x\",\n      \"size\": %u,\n      \"type\": \"%s\",\n"
+                  "      \"thread\": %u,\n      \"osid\": %u,\n      \"ordinal\": %u,\n      \"kortimer\": %llu,\n",
+                  packet.signature(), packet.sizeWord(), typeName, (typeWord >> 15) & 1, (typeWord >> 24) & 0x1F,
+                  packet.ordinal(), static_cast<unsigned long long>(packet.timer()));
+        if (api) out.print("      \"api\": \"%s\",\n", api);
+        return;
+    }
+    LineBuilder b(line);
+    b.literal("    {\n      \"sig\": \"0x");
+    b.number(packet.signature(), 16);
+    b.literal("\",\n      \"size\": ");
+    b.number(packet.sizeWord(), 10);
+    b.literal(",\n      \"type\": \"");
+    b.text(typeName, typeLength);
+    b.literal("\",\n      \"thread\": ");
+    b.number((typeWord >> 15) & 1, 10);
+    b.literal(",\n      \"osid\": ");
+    b.number((typeWord >> 24) & 0x1F, 10);
+    b.literal(",\n      \"ordinal\": ");
+    b.number(packet.ordinal(), 10);
+    b.literal(",\n      \"kortimer\": ");
+    b.number(packet.timer(), 10);
+    b.literal(",\n");
+    if (api) {
+        b.literal("      \"api\": \"");
+        b.text(api, apiLength);
+        b.literal("\",\n");
+    }
+    out.write(std::string_view(line, static_cast<std::size_t>(b.end() - line)));
 }
 
 namespace {
