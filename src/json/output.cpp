@@ -153,12 +153,17 @@ int Output::print(const char* format, ...)
     va_list args;
     va_start(args, format);
     int length;
-    if (memory_) {
+    if (buffer_ && fd_ >= 0) {
+        // The common case first: a file whose buffer exists.
+        FormatTarget target{buffer_ + used_, buffer_ + kBufferSize, refillBuffer, this};
+        length = formatLiteral(target, format, args);
+        used_ = static_cast<std::size_t>(target.at - buffer_);
+    } else if (memory_) {
         MemoryWindow memory{memory_, {}};
         FormatTarget target{memory.window, memory.window + sizeof memory.window, refillMemory, &memory};
         length = formatLiteral(target, format, args);
         refillMemory(target);
-    } else if (fd_ >= 0 && (buffer_ || (buffer_ = static_cast<char*>(std::malloc(kBufferSize))))) {
+    } else if (fd_ >= 0 && (buffer_ = static_cast<char*>(std::malloc(kBufferSize)))) {
         FormatTarget target{buffer_ + used_, buffer_ + kBufferSize, refillBuffer, this};
         length = formatLiteral(target, format, args);
         used_ = static_cast<std::size_t>(target.at - buffer_);
