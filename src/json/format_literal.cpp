@@ -130,13 +130,31 @@ const CompiledFormat* compiledFormatOf(const char* format)
     return nullptr;
 }
 
+// Numbers are written right-aligned in the middle of a buffer and copied
+// as one fixed-size block, whatever their length: no branch on the length.
+constexpr std::size_t kNumberBlock = 24;
+struct NumberBuffer {
+    char bytes[2 * kNumberBlock];
+    char* end() { return bytes + kNumberBlock; }
+};
+
+[[gnu::always_inline]] inline void emitNumber(FormatWriter& out, const char* start, char* end)
+{
+    const std::size_t length = static_cast<std::size_t>(end - start);
+    char* at = out.reserve(kNumberBlock);
+    if (!at) {
+        out.text(start, length);
+        return;
+    }
+    std::memcpy(at, start, kNumberBlock);
+    out.commit(length);
+}
+
 template <unsigned Base, bool Upper = false, typename Value>
 void emitDigits(FormatWriter& out, Value value)
 {
-    char buffer[24];
-    char* end = buffer + sizeof buffer;
-    const char* start = digitsOf(value, Base, Upper, end);
-    out.text(start, static_cast<std::size_t>(end - start));
+    NumberBuffer buffer;
+    emitNumber(out, digitsOf(value, Base, Upper, buffer.end()), buffer.end());
 }
 
 template <typename Value>
@@ -144,11 +162,10 @@ void emitSignedDigits(FormatWriter& out, Value value)
 {
     using Magnitude = std::make_unsigned_t<Value>;
     const Magnitude magnitude = value < 0 ? 0 - static_cast<Magnitude>(value) : static_cast<Magnitude>(value);
-    char buffer[24];
-    char* end = buffer + sizeof buffer;
-    char* start = digitsOf(magnitude, 10, false, end);
+    NumberBuffer buffer;
+    char* start = digitsOf(magnitude, 10, false, buffer.end());
     if (value < 0) *--start = '-';
-    out.text(start, static_cast<std::size_t>(end - start));
+    emitNumber(out, start, buffer.end());
 }
 
 } // namespace

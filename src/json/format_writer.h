@@ -91,6 +91,21 @@ inline char* digitsOf(Value value, unsigned base, bool upper, char* end)
             "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
             "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
             "8081828384858687888990919293949596979899";
+        if constexpr (sizeof(Value) > 4) {
+            // Eight digits at a time while the value needs 64 bits, so the
+            // rest of the work is done in cheaper 32-bit arithmetic.
+            while (value > 0xFFFFFFFFu) {
+                std::uint32_t low = static_cast<std::uint32_t>(value % 100000000u);
+                value /= 100000000u;
+                for (int i = 0; i < 4; ++i) {
+                    const unsigned pair = low % 100 * 2;
+                    low /= 100;
+                    *--at = kPairs[pair + 1];
+                    *--at = kPairs[pair];
+                }
+            }
+            return digitsOf(static_cast<std::uint32_t>(value), 10, upper, at);
+        }
         while (value >= 100) {
             const unsigned pair = static_cast<unsigned>(value % 100) * 2;
             value /= 100;

@@ -48,6 +48,21 @@ TEST(Format, IntegerConversionsMatchTheCLibrary)
     for (const char* format : longFormats)
         for (long long value : wide) EXPECT_EQ(ours(format, value), library(format, value)) << format << " " << value;
 
+    // Every digit count, on both sides of each power of ten and of the
+    // 32-bit boundary where the wide conversions change arithmetic.
+    unsigned long long power = 1;
+    for (int digits = 1; digits <= 20; ++digits, power *= 10) {
+        for (unsigned long long value : {power - 1, power, power + 1, power * 3 + 7}) {
+            EXPECT_EQ(ours("[%llu|%lld]", value, -static_cast<long long>(value)),
+                      library("[%llu|%lld]", value, -static_cast<long long>(value)));
+            EXPECT_EQ(ours("[%u|%d]", static_cast<unsigned>(value), static_cast<int>(value)),
+                      library("[%u|%d]", static_cast<unsigned>(value), static_cast<int>(value)));
+        }
+        if (power > ULLONG_MAX / 10) break;
+    }
+    for (unsigned long long value : {0xFFFFFFFFull, 0x100000000ull, ULLONG_MAX, ULLONG_MAX - 1})
+        EXPECT_EQ(ours("%lu", value), library("%lu", value));
+
     // A format is taken apart once and reused: the second use must convert
     // its own arguments.
     for (unsigned long long value : {0x1ABCull, 77ull})
