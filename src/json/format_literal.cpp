@@ -22,6 +22,7 @@ enum class Conversion : std::uint8_t {
 struct Piece {
     const char* literal;
     std::uint32_t literalLength;
+    std::uint32_t paddedLength; // of the kept copy: whole blocks, at least two
     Conversion conversion;
 };
 
@@ -60,11 +61,11 @@ bool compile(const char* format, std::vector<Piece>& pieces)
             }
         }
         if (!found) return false;
-        pieces.push_back({literal, static_cast<std::uint32_t>(at - literal), found->conversion});
+        pieces.push_back({literal, static_cast<std::uint32_t>(at - literal), 0, found->conversion});
         at += 1 + std::strlen(found->text);
         literal = at;
     }
-    pieces.push_back({literal, static_cast<std::uint32_t>(at - literal), Conversion::None});
+    pieces.push_back({literal, static_cast<std::uint32_t>(at - literal), 0, Conversion::None});
     return true;
 }
 
@@ -72,26 +73,32 @@ struct CompiledFormat {
     const char* format = nullptr; // the key; null for a free slot
     bool plain = false;           // false: use formatText
     std::unique_ptr<Piece[]> pieces;
-    // Copies of the literal pieces, each padded to whole 16-byte blocks, so
-    // that they can be copied a block at a time.
+    // Copies of the literal pieces, each padded to at least two whole
+    // 16-byte blocks, so that they can be copied a block at a time and most
+    // of them with no loop at all.
     std::unique_ptr<char[]> literals;
 };
 
 constexpr std::size_t kBlock = 16;
-std::size_t roundUpToBlock(std::size_t length) { return (length + kBlock - 1) / kBlock * kBlock; }
+std::uint32_t paddedLengthOf(std::uint32_t length)
+{
+    const std::uint32_t blocks = (length + kBlock - 1) / kBlock;
+    return static_cast<std::uint32_t>((blocks < 2 ? 2 : blocks) * kBlock);
+}
 
 // Moves the literal pieces of `pieces` into `entry`'s padded copies.
 void keepLiterals(CompiledFormat& entry, const std::vector<Piece>& pieces)
 {
     std::size_t total = 0;
-    for (const Piece& piece : pieces) total += roundUpToBlock(piece.literalLength);
-    entry.literals = std::make_unique<char[]>(total + kBlock); // zeroed
+    for (const Piece& piece : pieces) total += paddedLengthOf(piece.literalLength);
+    entry.literals = std::make_unique<char[]>(total); // zeroed
     entry.pieces = std::make_unique<Piece[]>(pieces.size());
     char* copy = entry.literals.get();
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         std::memcpy(copy, pieces[i].literal, pieces[i].literalLength);
-        entry.pieces[i] = {copy, pieces[i].literalLength, pieces[i].conversion};
-        copy += roundUpToBlock(pieces[i].literalLength);
+        const std::uint32_t padded = paddedLengthOf(pieces[i].literalLength);
+        entry.pieces[i] = {copy, pieces[i].literalLength, padded, pieces[i].conversion};
+        copy += padded;
     }
 }
 
@@ -99,14 +106,23 @@ void keepLiterals(CompiledFormat& entry, const std::vector<Piece>& pieces)
 // (the bytes past the literal are overwritten by what follows).
 void emitLiteral(FormatWriter& out, const Piece& piece)
 {
-    const std::size_t blocks = roundUpToBlock(piece.literalLength);
-    char* at = out.reserve(blocks);
+    char* at = out.reserve(piece.paddedLength);
     if (!at) {
         out.text(piece.literal, piece.literalLength);
         return;
     }
-    for (std::size_t i = 0; i < blocks; i += kBlock) std::memcpy(at + i, piece.literal + i, kBlock);
+    std::memcpy(at, piece.literal, 2 * kBlock);
+    for (std::size_t i = 2 * kBlock; i < piece.paddedLength; i += kBlock) std::memcpy(at + i, piece.literal + i, kBlock);
     out.commit(piece.literalLength);
+}
+
+// Out of line: it runs once per format, and the printing loop stays small.
+[[gnu::noinline]] void keepFormat(CompiledFormat& entry, const char* format)
+{
+    std::vector<Piece> pieces;
+    entry.format = format;
+    entry.plain = compile(format, pieces);
+    if (entry.plain) keepLiterals(entry, pieces);
 }
 
 // Open addressing by address. The tool has a few hundred formats, so the
@@ -121,10 +137,7 @@ const CompiledFormat* compiledFormatOf(const char* format)
         CompiledFormat& entry = slots[slot];
         if (entry.format == format) return &entry;
         if (entry.format != nullptr) continue;
-        std::vector<Piece> pieces;
-        entry.format = format;
-        entry.plain = compile(format, pieces);
-        if (entry.plain) keepLiterals(entry, pieces);
+        keepFormat(entry, format);
         return &entry;
     }
     return nullptr;

@@ -149,28 +149,41 @@ int Output::putLine(std::string_view text)
 
 int Output::print(const char* format, ...)
 {
-    appendFailed_ = false;
     va_list args;
     va_start(args, format);
     int length;
-    if (buffer_ && fd_ >= 0) {
-        // The common case first: a file whose buffer exists.
+    if (buffer_ && fd_ >= 0 && !unbuffered_) {
+        // The common case, kept short: a buffered file whose buffer exists.
+        appendFailed_ = false;
         FormatTarget target{buffer_ + used_, buffer_ + kBufferSize, refillBuffer, this};
         length = formatLiteral(target, format, args);
         used_ = static_cast<std::size_t>(target.at - buffer_);
-    } else if (memory_) {
+        if (appendFailed_ || length < 0) length = fail();
+    } else {
+        length = printElsewhere(format, args);
+    }
+    va_end(args);
+    return length;
+}
+
+// Prints to memory, to an unbuffered descriptor, or to a file whose buffer
+// does not exist yet.
+int Output::printElsewhere(const char* format, va_list args)
+{
+    appendFailed_ = false;
+    int length;
+    if (memory_) {
         MemoryWindow memory{memory_, {}};
         FormatTarget target{memory.window, memory.window + sizeof memory.window, refillMemory, &memory};
         length = formatLiteral(target, format, args);
         refillMemory(target);
-    } else if (fd_ >= 0 && (buffer_ = static_cast<char*>(std::malloc(kBufferSize)))) {
+    } else if (fd_ >= 0 && (buffer_ || (buffer_ = static_cast<char*>(std::malloc(kBufferSize))))) {
         FormatTarget target{buffer_ + used_, buffer_ + kBufferSize, refillBuffer, this};
         length = formatLiteral(target, format, args);
         used_ = static_cast<std::size_t>(target.at - buffer_);
     } else {
         length = -1;
     }
-    va_end(args);
     if (unbuffered_ && !flush()) appendFailed_ = true;
     return appendFailed_ || length < 0 ? fail() : length;
 }

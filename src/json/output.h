@@ -3,6 +3,7 @@
 // converter can print field by field without a system call each time.
 #pragma once
 
+#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -48,6 +49,7 @@ public:
 
 private:
     static void refillBuffer(FormatTarget& target);
+    [[gnu::noinline]] int printElsewhere(const char* format, va_list args);
     void append(const char* text, std::size_t length);
     int fail();
 
