@@ -48,12 +48,11 @@ public:
         std::memcpy(at_, text, length);
         at_ += length;
     }
-    void number(std::uint64_t value, unsigned base)
+    template <unsigned Base>
+    void number(std::uint64_t value)
     {
-        char digits[24];
-        char* end = digits + sizeof digits;
-        const char* start = digitsOf(value, base, false, end);
-        text(start, static_cast<std::size_t>(end - start));
+        at_ += digitCount<Base>(value);
+        digitsOf(value, Base, false, at_);
     }
     char* end() const { return at_; }
 
@@ -79,8 +78,8 @@ void writeRawEnvelope(StreamFile* file, const Packet& packet, const char* typeNa
     const std::size_t typeLength = std::strlen(typeName);
     const std::size_t apiLength = api ? std::strlen(api) : 0;
 
-    char line[kEnvelopeRoom + 256];
-    if (typeLength + apiLength > sizeof line - kEnvelopeRoom) {
+    char local[kEnvelopeRoom + 256];
+    if (typeLength + apiLength > sizeof local - kEnvelopeRoom) {
         // Names this long do not come from the tool's tables; print them plainly.
         out.print("    {\n      \"sig\": \"0x%x\",\n      \"size\": %u,\n      \"type\": \"%s\",\n"
                   "      \"thread\": %u,\n      \"osid\": %u,\n      \"ordinal\": %u,\n      \"kortimer\": %llu,\n",
@@ -89,28 +88,35 @@ void writeRawEnvelope(StreamFile* file, const Packet& packet, const char* typeNa
         if (api) out.print("      \"api\": \"%s\",\n", api);
         return;
     }
+    // Built in the output's own buffer when it lends one.
+    char* reserved = out.reserve(sizeof local);
+    char* line = reserved ? reserved : local;
     LineBuilder b(line);
     b.literal("    {\n      \"sig\": \"0x");
-    b.number(packet.signature(), 16);
+    b.number<16>(packet.signature());
     b.literal("\",\n      \"size\": ");
-    b.number(packet.sizeWord(), 10);
+    b.number<10>(packet.sizeWord());
     b.literal(",\n      \"type\": \"");
     b.text(typeName, typeLength);
     b.literal("\",\n      \"thread\": ");
-    b.number((typeWord >> 15) & 1, 10);
+    b.number<10>((typeWord >> 15) & 1);
     b.literal(",\n      \"osid\": ");
-    b.number((typeWord >> 24) & 0x1F, 10);
+    b.number<10>((typeWord >> 24) & 0x1F);
     b.literal(",\n      \"ordinal\": ");
-    b.number(packet.ordinal(), 10);
+    b.number<10>(packet.ordinal());
     b.literal(",\n      \"kortimer\": ");
-    b.number(packet.timer(), 10);
+    b.number<10>(packet.timer());
     b.literal(",\n");
     if (api) {
         b.literal("      \"api\": \"");
         b.text(api, apiLength);
         b.literal("\",\n");
     }
-    out.write(std::string_view(line, static_cast<std::size_t>(b.end() - line)));
+    const std::size_t length = static_cast<std::size_t>(b.end() - line);
+    if (reserved)
+        out.commit(length);
+    else
+        out.write(std::string_view(local, length));
 }
 
 namespace {
@@ -143,16 +149,16 @@ private:
 void writeDumpRow(Output& out, const std::uint8_t* row, std::uint32_t count, bool last)
 {
     static const char digits[] = "0123456789abcdef";
-    char line[128];
+    char local[128];
+    char* reserved = out.reserve(sizeof local);
+    char* line = reserved ? reserved : local;
     // The key is the row's address as "%p" prints it: "0x" and the hex
     // digits without leading zeros.
-    char address[2 * sizeof(std::uintptr_t)];
-    char* addressEnd = address + sizeof address;
-    const char* addressStart = digitsOf(reinterpret_cast<std::uintptr_t>(row), 16, false, addressEnd);
-    char* at = line;
-    for (const char* key = "      \"0x"; *key; ++key) *at++ = *key;
-    for (const char* digit = addressStart; digit != addressEnd; ++digit) *at++ = *digit;
-    for (const char* rest = "\": \""; *rest; ++rest) *at++ = *rest;
+    LineBuilder key(line);
+    key.literal("      \"0x");
+    key.number<16>(reinterpret_cast<std::uintptr_t>(row));
+    key.literal("\": \"");
+    char* at = key.end();
     for (std::uint32_t i = 0; i < count; ++i) {
         *at++ = digits[row[i] >> 4];
         *at++ = digits[row[i] & 15];
@@ -163,7 +169,11 @@ void writeDumpRow(Output& out, const std::uint8_t* row, std::uint32_t count, boo
     *at++ = '"';
     if (!last) *at++ = ',';
     *at++ = '\n';
-    out.write(std::string_view(line, static_cast<std::size_t>(at - line)));
+    const std::size_t length = static_cast<std::size_t>(at - line);
+    if (reserved)
+        out.commit(length);
+    else
+        out.write(std::string_view(local, length));
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 
 #include "json/format_writer.h"
 
-#include <bit>
 #include <climits>
 #include <cstdint>
 #include <memory>
@@ -148,39 +147,6 @@ const CompiledFormat* compiledFormatOf(const char* format)
 // counted first. (Digits built in a scratch buffer and then copied in wide
 // moves make the processor wait for the narrow stores to land.)
 constexpr std::size_t kLongestNumber = 21; // a sign and 20 digits
-
-template <unsigned Base>
-unsigned digitCount(std::uint64_t value)
-{
-    const unsigned bits = 64 - static_cast<unsigned>(std::countl_zero(value | 1));
-    if constexpr (Base == 16) {
-        return (bits + 3) / 4;
-    } else {
-        static constexpr std::uint64_t kPowers[] = {1ull,
-                                                    10ull,
-                                                    100ull,
-                                                    1000ull,
-                                                    10000ull,
-                                                    100000ull,
-                                                    1000000ull,
-                                                    10000000ull,
-                                                    100000000ull,
-                                                    1000000000ull,
-                                                    10000000000ull,
-                                                    100000000000ull,
-                                                    1000000000000ull,
-                                                    10000000000000ull,
-                                                    100000000000000ull,
-                                                    1000000000000000ull,
-                                                    10000000000000000ull,
-                                                    100000000000000000ull,
-                                                    1000000000000000000ull,
-                                                    10000000000000000000ull};
-        // The bit length fixes the digit count to one of two values.
-        const unsigned guess = bits * 1233 >> 12; // bits * log10(2)
-        return guess + ((value | 1) >= kPowers[guess]);
-    }
-}
 
 template <unsigned Base, bool Upper = false, typename Value>
 void emitDigits(FormatWriter& out, Value value, bool negative = false)

@@ -4,6 +4,7 @@
 
 #include "json/format.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -131,4 +132,40 @@ inline char* digitsOf(Value value, unsigned base, bool upper, char* end)
         } while (value != 0);
     }
     return at;
+}
+
+// How many digits digitsOf writes for value in base 10 or 16, so that
+// they can be written straight to where they belong.
+template <unsigned Base>
+unsigned digitCount(std::uint64_t value)
+{
+    static_assert(Base == 10 || Base == 16);
+    const unsigned bits = 64 - static_cast<unsigned>(std::countl_zero(value | 1));
+    if constexpr (Base == 16) {
+        return (bits + 3) / 4;
+    } else {
+        static constexpr std::uint64_t kPowers[] = {1ull,
+                                                    10ull,
+                                                    100ull,
+                                                    1000ull,
+                                                    10000ull,
+                                                    100000ull,
+                                                    1000000ull,
+                                                    10000000ull,
+                                                    100000000ull,
+                                                    1000000000ull,
+                                                    10000000000ull,
+                                                    100000000000ull,
+                                                    1000000000000ull,
+                                                    10000000000000ull,
+                                                    100000000000000ull,
+                                                    1000000000000000ull,
+                                                    10000000000000000ull,
+                                                    100000000000000000ull,
+                                                    1000000000000000000ull,
+                                                    10000000000000000000ull};
+        // The bit length fixes the digit count to one of two values.
+        const unsigned guess = bits * 1233 >> 12; // bits * log10(2)
+        return guess + ((value | 1) >= kPowers[guess]);
+    }
 }

@@ -138,6 +138,20 @@ int Output::write(std::string_view text)
     return appendFailed_ ? fail() : static_cast<int>(text.size());
 }
 
+char* Output::reserve(std::size_t length)
+{
+    if (!buffer_ || fd_ < 0 || unbuffered_ || length > kBufferSize) return nullptr;
+    appendFailed_ = false;
+    if (kBufferSize - used_ < length && !flush()) appendFailed_ = true;
+    return buffer_ + used_;
+}
+
+int Output::commit(std::size_t length)
+{
+    used_ += length;
+    return appendFailed_ ? fail() : static_cast<int>(length);
+}
+
 int Output::putLine(std::string_view text)
 {
     int first = write(text);

@@ -38,6 +38,15 @@ public:
     // Writes the text and a line feed, like the C library's puts.
     int putLine(std::string_view text);
 
+    // Room for `length` bytes of text to be written in place, finished by
+    // commit(bytes written). Null when the target has no buffer to lend
+    // (memory and unbuffered targets, or before the first write): then
+    // build the text elsewhere and write it.
+    char* reserve(std::size_t length);
+    // Returns the number of bytes committed, or -1 when an earlier part
+    // could not be written to make room.
+    int commit(std::size_t length);
+
     // Pushes buffered text to the target; false if that failed.
     bool flush();
     // Flushes and releases an owned descriptor; false if the final flush failed.
