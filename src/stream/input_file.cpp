@@ -57,7 +57,7 @@ bool InputFile::refill()
     }
 }
 
-std::size_t InputFile::read(void* destination, std::size_t length)
+std::size_t InputFile::readThroughRefills(void* destination, std::size_t length)
 {
     auto* out = static_cast<std::uint8_t*>(destination);
     std::size_t done = 0;

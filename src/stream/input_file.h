@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 class InputFile {
 public:
@@ -18,8 +19,16 @@ public:
     void close();
     bool isOpen() const { return fd_ >= 0; }
 
-    // Reads up to `length` bytes; returns how many were read.
-    std::size_t read(void* destination, std::size_t length);
+    // Reads up to `length` bytes; returns how many were read. Reads that
+    // the buffer holds whole are the common case and take the short way.
+    std::size_t read(void* destination, std::size_t length)
+    {
+        if (length == 0 || length > bufferEnd_ - bufferStart_) return readThroughRefills(destination, length);
+        std::memcpy(destination, buffer_ + bufferStart_, length);
+        bufferStart_ += length;
+        position_ += static_cast<std::int64_t>(length);
+        return length;
+    }
     bool seek(std::int64_t position);
     std::int64_t tell() const { return position_; }
     // Size of the file, or -1 when it cannot be told (the position is kept).
@@ -27,6 +36,7 @@ public:
     bool atEnd() const { return atEnd_; }
 
 private:
+    std::size_t readThroughRefills(void* destination, std::size_t length);
     bool refill();
 
     int fd_ = -1;

@@ -155,8 +155,9 @@ Ending readLoop(ReadState& state)
             return Ending::Fatal;
         }
 
-        std::memset(packetBuffer, 0, size + 8);
+        // The packet fills [0, size); the eight bytes after it are zero.
         std::memcpy(packetBuffer, state.header.bytes, kHeaderSize);
+        std::memset(packetBuffer + size, 0, 8);
         std::size_t expected = size - kHeaderSize;
         std::size_t got = file.in.read(packetBuffer + kHeaderSize, expected);
         if (got < expected) {
