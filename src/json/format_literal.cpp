@@ -148,18 +148,22 @@ const CompiledFormat* compiledFormatOf(const char* format)
 // moves make the processor wait for the narrow stores to land.)
 constexpr std::size_t kLongestNumber = 21; // a sign and 20 digits
 
+// Near the end of the window: digits built apart and written in pieces.
+template <unsigned Base, bool Upper, typename Value>
+[[gnu::noinline]] void emitDigitsApart(FormatWriter& out, Value value, bool negative)
+{
+    char buffer[kLongestNumber];
+    char* end = buffer + sizeof buffer;
+    char* start = digitsOf(value, Base, Upper, end);
+    if (negative) *--start = '-';
+    out.text(start, static_cast<std::size_t>(end - start));
+}
+
 template <unsigned Base, bool Upper = false, typename Value>
 void emitDigits(FormatWriter& out, Value value, bool negative = false)
 {
     char* at = out.reserve(kLongestNumber);
-    if (!at) {
-        char buffer[kLongestNumber];
-        char* end = buffer + sizeof buffer;
-        char* start = digitsOf(value, Base, Upper, end);
-        if (negative) *--start = '-';
-        out.text(start, static_cast<std::size_t>(end - start));
-        return;
-    }
+    if (!at) return emitDigitsApart<Base, Upper>(out, value, negative);
     if (negative) *at = '-';
     const std::size_t length = digitCount<Base>(value) + negative;
     digitsOf(value, Base, Upper, at + length);

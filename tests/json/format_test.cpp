@@ -104,6 +104,24 @@ TEST(Format, BoundedFormattingCutsLikeSnprintf)
     EXPECT_STREQ(ours, "");
 }
 
+TEST(Format, NumbersNearTheEndOfTheWindowMatchTheCLibrary)
+{
+    // A text of every length up to past the output's formatting window
+    // (512 bytes) puts the numbers after it at every distance from its end.
+    for (std::size_t length = 400; length <= 600; ++length) {
+        const std::string padding(length, '.');
+        for (long long value : {-1234567LL, -9LL, 0LL, 4294967295LL, -1099511627775LL}) {
+            const char* format = "%s%d|%lld|%u|%x|%llu\n";
+            const int narrow = static_cast<int>(value);
+            EXPECT_EQ(ours(format, padding.c_str(), narrow, value, static_cast<unsigned>(value),
+                           static_cast<unsigned>(value), static_cast<unsigned long long>(value)),
+                      library(format, padding.c_str(), narrow, value, static_cast<unsigned>(value),
+                              static_cast<unsigned>(value), static_cast<unsigned long long>(value)))
+                << length;
+        }
+    }
+}
+
 TEST(Format, LongTextsPassThroughTheBufferWhole)
 {
     std::string big(200000, 'x');
