@@ -4,6 +4,7 @@
 #include "client/client_printers.h"
 
 #include "client/api/pixel_formats.h"
+#include "json/names.h"
 #include "json/output.h"
 #include "stream/stream_file.h"
 #include "stream/packet.h"
@@ -66,35 +67,20 @@ constexpr std::uint32_t kDispatchWithVariant = 104;
 constexpr std::size_t kSurfaceSize = 24;
 constexpr std::uint32_t kThreeDTwiddledLayout = 2;
 
-const char* surfaceMsaaName(std::uint32_t mode)
-{
-    static const char* const kNames[] = {"None", "2x", "4x", "8x"};
-    if (mode < std::size(kNames)) return kNames[mode];
-    console().print("Warning: Zyntel packet unknown MSAA mode (%d)!\n", mode);
-    return "Unknown";
-}
+const char* const kSurfaceMsaaNames[] = {"None", "2x", "4x", "8x"};
+const NameTable SurfaceMsaaNames = makeNameTable(kSurfaceMsaaNames, "MSAA mode", "Unknown");
 
-const char* memoryLayoutName(std::uint32_t layout)
-{
-    static const char* const kNames[] = {"Strided", "Twiddled", "3D Twiddled", "Tiled", "Page Tiled",
-                                         "Inverse N Twiddled"};
-    if (layout < std::size(kNames)) return kNames[layout];
-    console().print("Warning: Zyntel packet unknown memory layout (%d)!\n", layout);
-    return "Unknown";
-}
+const char* const kMemoryLayoutNames[] = {"Strided", "Twiddled", "3D Twiddled", "Tiled", "Page Tiled",
+                                          "Inverse N Twiddled"};
+const NameTable MemoryLayoutNames = makeNameTable(kMemoryLayoutNames, "memory layout", "Unknown");
 
 // EGL record: event type at 0; a created context has the shared context at
 // 16 and its type in bits 0-2 of the word at 20.
 constexpr std::uint32_t kCreateContextEvent = 45;
 constexpr std::uint32_t kNoSharedContext = 0xFFFFFFFF;
 
-const char* eglContextTypeName(std::uint32_t type)
-{
-    static const char* const kNames[] = {"00_Invalid", "01_OpenGLES1", "02_OpenGLES3", "03_OpenGL"};
-    if (type < std::size(kNames)) return kNames[type];
-    console().print("Warning: Zyntel packet unknown EGL context type (%d)!\n", type);
-    return "Unknown";
-}
+const char* const kEglContextTypeNames[] = {"00_Invalid", "01_OpenGLES1", "02_OpenGLES3", "03_OpenGL"};
+const NameTable EglContextTypeNames = makeNameTable(kEglContextTypeNames, "EGL context type", "Unknown");
 
 } // namespace
 
@@ -143,9 +129,9 @@ void printSurfaces(StreamFile& file, const Packet& firstSurface, std::uint32_t c
         char depth[8] = "n/a";
         if (layout == kThreeDTwiddledLayout) formatBounded(depth, sizeof depth, "%d", surface.u16(14));
         const char* pixelFormat = pixelFormatName(surface.u32(20));
-        const char* msaa = surfaceMsaaName(flags & 7);
+        const char* msaa = lookupName(SurfaceMsaaNames, flags & 7);
         const char* fbc = fbcModeName(static_cast<std::int32_t>(flags >> 24));
-        const char* layoutName = memoryLayoutName(layout);
+        const char* layoutName = lookupName(MemoryLayoutNames, layout);
         file.out.print("        \"surface %d\": {\n          \"Address\": \"0x%llX\",\n          \"width\": \"%d\",\n"
                        "          \"height\": \"%d\",\n          \"depth\": \"%s\",\n"
                        "          \"pixel format\": \"%s\",\n          \"MSAA mode\": \"%s\",\n"
@@ -160,7 +146,7 @@ void printEglApiInfo(StreamFile& file, const Packet& record)
     file.out.print("        \"API Info\": {\n");
     if (record.u32(0) == kCreateContextEvent) {
         // Both keys end with a colon inside the quotes.
-        file.out.print("          \"EGL Context Type:\": \"%s\",\n", eglContextTypeName(record.u32(20) & 7));
+        file.out.print("          \"EGL Context Type:\": \"%s\",\n", lookupName(EglContextTypeNames, record.u32(20) & 7));
         const std::uint32_t shared = record.u32(16);
         if (shared == kNoSharedContext)
             file.out.print("          \"Shared EGL Context ID:\": \"EGL_NO_CONTEXT\"\n");
