@@ -184,9 +184,12 @@ void writeVulkanInvocations(StreamFile& file, const Packet& p)
 {
     const std::uint32_t pipelineType = p.u32(88);
     writePointHead(file, p, "SHADER_INVOC_POINT");
+    // Names are looked up in key order, so that their warnings come in that order.
+    const char* function = vulkanFunctionName(p.u32(40));
+    const char* pipelineName = vulkanObjectTypeName(pipelineType);
     file.out.print("        \"thread ID\": %u,\n        \"type\": \"%s\",\n        \"jobref\": %u,\n"
                    "        \"Pipeline Type\": %s,\n        \"Shader Invocation Counts\": {\n",
-                   p.u32(28), vulkanFunctionName(p.u32(40)), p.u32(32), vulkanObjectTypeName(pipelineType));
+                   p.u32(28), function, p.u32(32), pipelineName);
     const std::uint32_t count = p.fitCount(96, p.u32(92), 12);
     for (std::uint32_t i = 0; i < count; ++i) {
         const std::size_t entry = 96 + i * 12;
@@ -240,10 +243,12 @@ void writeEglScope(StreamFile& file, Packet begin, const Packet& end)
 void writeEglMemOp(StreamFile& file, Packet begin, const Packet& end)
 {
     writeHead(file, begin.timer(), end.timer(), "MEMORY_OP_POINT");
+    const char* function = eglFunctionName(begin.u32(24));
+    const char* resource = eglMemoryResourceName(end.u32(28));
+    const char* operation = memoryOperationName(end.u32(32));
     file.out.print("        \"type\": \"%s\",\n        \"jobref\": %u,\n        \"memory resource type\": \"%s\",\n"
                    "        \"op size\": %d,\n        \"memory op type\": \"%s\"\n",
-                   eglFunctionName(begin.u32(24)), begin.u32(28), eglMemoryResourceName(end.u32(28)), end.i32(24),
-                   memoryOperationName(end.u32(32)));
+                   function, begin.u32(28), resource, end.i32(24), operation);
     file.out.write(kClose);
 }
 
@@ -300,12 +305,14 @@ void writeCompileShader(StreamFile& file, std::uint32_t type, Packet begin, cons
 {
     begin.setU8(kBeginInfoEnd, 0);
     const char* source = escapedShaderSource(end);
+    const char* function = glFamilyFunctionName(type, begin.u32(24));
+    const char* shaderType = shaderTypeName(end.u32(28));
     writeHead(file, begin.timer(), end.timer(), "COMPILE_SHADER_POINT");
     file.out.print("        \"packet part\": %d,\n        \"message\": \"%s\",\n        \"type\": \"%s\",\n"
                    "        \"context ID\": %u,\n        \"shader ID\": %llu,\n        \"shader type\": \"%s\",\n"
                    "        \"shader code\": \"%s\"\n",
-                   end.i32(44), begin.text(36), glFamilyFunctionName(type, begin.u32(24)), end.u32(40),
-                   static_cast<ULL>(end.u64(32)), shaderTypeName(end.u32(28)), source);
+                   end.i32(44), begin.text(36), function, end.u32(40), static_cast<ULL>(end.u64(32)), shaderType,
+                   source);
     file.out.write(kClose);
 }
 
@@ -313,13 +320,14 @@ void writeGlMemOp(StreamFile& file, std::uint32_t type, Packet begin, const Pack
 {
     begin.setU8(kBeginInfoEnd, 0);
     end.setU8(kMemOpMessageEnd, 0);
+    const char* function = glFamilyFunctionName(type, begin.u32(24));
+    const char* resource = glFamilyMemoryResourceName(type, end.u32(28));
+    const char* operation = memoryOperationName(end.u32(32));
     writeHead(file, begin.timer(), end.timer(), "MEMORY_OP_POINT");
     file.out.print("        \"type\": \"%s\",\n        \"jobref\": %u,\n        \"context ID\": %u,\n"
                    "        \"memory resource type\": \"%s\",\n        \"op size\": %d,\n        \"memory op type\": \"%s\",\n"
                    "        \"message\": \"%s\"\n",
-                   glFamilyFunctionName(type, begin.u32(24)), end.u32(40), end.u32(44),
-                   glFamilyMemoryResourceName(type, end.u32(28)), end.i32(24), memoryOperationName(end.u32(32)),
-                   end.text(48));
+                   function, end.u32(40), end.u32(44), resource, end.i32(24), operation, end.text(48));
     file.out.write(kClose);
 }
 

@@ -144,10 +144,13 @@ void writeEglMark(StreamFile& file, const Packet& p)
 
 void writeEglMemOpEnd(Output& out, const Packet& p)
 {
+    // Names are looked up in key order, so that their warnings come in that order.
+    const char* function = eglFunctionName(p.u32(36));
+    const char* resource = eglMemoryResourceName(p.u32(28));
+    const char* operation = memoryOperationName(p.u32(32));
     out.print("      \"mark\": {\n        \"ID:\": \"%s\",\n        \"JobRef:\": %u,\n        \"Memory resource type\": \"%s\",\n"
               "        \"Op size\": %d,\n        \"Memory op type\": \"%s\"\n",
-              eglFunctionName(p.u32(36)), p.u32(40), eglMemoryResourceName(p.u32(28)), p.i32(24),
-              memoryOperationName(p.u32(32)));
+              function, p.u32(40), resource, p.i32(24), operation);
     out.write(kClose);
 }
 
@@ -203,20 +206,23 @@ void writeDrawEnd(StreamFile& file, std::uint32_t type, const Packet& p)
 void writeShaderCompileEnd(Output& out, std::uint32_t type, const Packet& p)
 {
     const char* source = escapedShaderSource(p);
+    const char* function = glFamilyFunctionName(type, p.u32(24));
+    const char* shaderType = shaderTypeName(p.u32(28));
     out.print("      \"mark\": {\n        \"packet part\": %d,\n        \"ID:\": \"%s\",\n        \"Context ID\": %u,\n"
               "        \"shader ID\": %llu,\n        \"shader type\": \"%s\",\n        \"shader code\": \"%s\"\n",
-              p.i32(44), glFamilyFunctionName(type, p.u32(24)), p.u32(40), static_cast<ULL>(p.u64(32)),
-              shaderTypeName(p.u32(28)), source);
+              p.i32(44), function, p.u32(40), static_cast<ULL>(p.u64(32)), shaderType, source);
     out.write(kClose);
 }
 
 void writeGlMemOpEnd(Output& out, std::uint32_t type, const Packet& p)
 {
+    const char* function = glFamilyFunctionName(type, p.u32(36));
+    const char* resource = glFamilyMemoryResourceName(type, p.u32(28));
+    const char* operation = memoryOperationName(p.u32(32));
     out.print("      \"mark\": {\n        \"ID:\": \"%s\",\n        \"JobRef:\": %u,\n        \"Context ID\": %u,\n"
               "        \"Memory resource type\": \"%s\",\n        \"Op size\": %d,\n        \"Memory op type\": \"%s\",\n"
               "        \"Message\": \"%s\"\n",
-              glFamilyFunctionName(type, p.u32(36)), p.u32(40), p.u32(44), glFamilyMemoryResourceName(type, p.u32(28)),
-              p.i32(24), memoryOperationName(p.u32(32)), p.text(48));
+              function, p.u32(40), p.u32(44), resource, p.i32(24), operation, p.text(48));
     out.write(kClose);
 }
 

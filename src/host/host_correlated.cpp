@@ -88,19 +88,23 @@ void writeHostInfo(Output& out, const Packet& p)
     printMemoryUsage(out, p, event);
 }
 
+// The head belongs to the two known wait types only: a wait of another type
+// leaves just the warning and the element's closing.
 void writeFenceWait(Output& out, const Packet& p)
 {
     std::uint32_t waitType = p.u32(32);
-    writeHead(out, p, "HOST_SYNC_WAIT");
-    if (waitType == 0)
+    if (waitType == 0) {
+        writeHead(out, p, "HOST_SYNC_WAIT");
         out.print("        \"Type\": \"begin\",\n        \"PID\": %u,\n        \"FenceID\": %d,\n        \"TimeoutInMs\": %u\n",
                   p.u32(24), p.i32(28), p.u32(36));
-    else if (waitType == 1)
+    } else if (waitType == 1) {
+        writeHead(out, p, "HOST_SYNC_WAIT");
         out.print("        \"Type\": \"end\",\n        \"PID\": %u,\n        \"FenceID\": %d,\n        \"Result\": \"%s\"\n",
                   p.u32(24), p.i32(28), lookupName(HostFenceWaitResultNames, p.u32(36)));
-    else
+    } else {
         console().print("Warning: Unknown sync fence-wait type (%d) encountered in Zyntel host stream!\n",
                         static_cast<int>(waitType));
+    }
 }
 
 void writeClientInfo(Output& out, const Packet& p)

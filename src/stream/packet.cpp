@@ -20,10 +20,12 @@ void Packet::setU64(std::size_t offset, std::uint64_t value) const
 
 std::uint32_t Packet::fitCount(std::size_t offset, std::uint64_t count, std::size_t elementSize) const
 {
+    // Elements without bytes take no room, so the packet's end cannot bound
+    // them; the cap keeps a hostile count from printing billions of lines.
+    if (elementSize == 0) return static_cast<std::uint32_t>(count < kMaxEmptyElements ? count : kMaxEmptyElements);
     if (offset >= size_) return 0;
-    std::uint64_t step = elementSize == 0 ? 1 : elementSize;
     std::uint64_t room = size_ - offset;
-    std::uint64_t starting = (room + step - 1) / step;
+    std::uint64_t starting = (room + elementSize - 1) / elementSize;
     return static_cast<std::uint32_t>(count < starting ? count : starting);
 }
 

@@ -37,8 +37,9 @@ public:
     }
 
     // How many of `count` elements of `elementSize` bytes, the first at
-    // `offset`, start before the end of the packet. Elements of size 0 count
-    // as one byte each.
+    // `offset`, start before the end of the packet. A list of elements of
+    // size 0 keeps its count, up to kMaxEmptyElements.
+    static constexpr std::uint64_t kMaxEmptyElements = 1024;
     std::uint32_t fitCount(std::size_t offset, std::uint64_t count, std::size_t elementSize) const;
 
     // The bytes from offset on, as a packet of their own (empty past the end).

@@ -258,8 +258,8 @@ TEST(HostFenceWait, BeginEndAndUnknownKind)
               head("HOST_SYNC_WAIT", 100) + "        \"Type\": \"begin\",\n        \"PID\": 9,\n        \"FenceID\": 3,\n"
                                             "        \"TimeoutInMs\": 250\n      }\n    },\n" +
                   head("HOST_SYNC_WAIT", 200) + "        \"Type\": \"end\",\n        \"PID\": 9,\n        \"FenceID\": 3,\n"
-                                                "        \"Result\": \"02_Passed\"\n      }\n    },\n" +
-                  head("HOST_SYNC_WAIT", 300) + "      }\n    }");
+                                                "        \"Result\": \"02_Passed\"\n      }\n    },\n"
+                                                "      }\n    }"); // an unknown wait type has no head
 }
 
 TEST(HostTimelines, SoftwareTimelineAdvance)

@@ -177,14 +177,12 @@ static const char* const kVulkanEventNames[] = {
     "50_ShaderInvocationCounts", "LAST",
 };
 constexpr std::uint32_t kFirstVulkanFunction = 204;
-constexpr std::uint32_t kLastVulkanEvent = 50;
+const NameTable VulkanEventNames = makeNameTable(kVulkanEventNames, 50, "event type");
 
+// An id below 204 wraps around and so warns with a negative index.
 const char* vulkanFunctionName(std::uint32_t functionId)
 {
-    const std::uint32_t index = functionId - kFirstVulkanFunction;
-    if (functionId >= kFirstVulkanFunction && index <= kLastVulkanEvent) return kVulkanEventNames[index];
-    console().print("Warning: Zyntel packet unknown event type (%d)!\n", static_cast<int>(functionId));
-    return "OUT_OF_BOUNDS";
+    return lookupName(VulkanEventNames, functionId - kFirstVulkanFunction);
 }
 
 } // namespace client

@@ -34,7 +34,8 @@ extern const NameTable VulkanDescriptorTypeNames;
 extern const NameTable VulkanObjectTypeNames;
 
 // Client event name of a Vulkan function id (204 to 254); other ids print the
-// unknown-event-type warning and yield "OUT_OF_BOUNDS".
+// unknown-event-type warning with the index (id - 204) and yield
+// "OUT_OF_BOUNDS".
 const char* vulkanFunctionName(std::uint32_t functionId);
 
 // Object type name (0 to 28).

@@ -270,23 +270,28 @@ TEST(VulkanApiInfo, ListsEndWhereTheRecordEnds)
     EXPECT_EQ(apiInfo(submit), wrapped("          \"Queue Submission\": {\n" + reference(7, "01_CommandBuffer") +
                                        "          }\n"));
 
-    // Items without content count one byte each: three fit. The write takes
-    // 12 bytes, so a second one starts at 80, inside the record.
-    Record update = vulkanRecord(230, 83);
-    update.u32s(64, {0xFFFFFFFF, 12, 9, 0xFFFFFFFF});
-    std::string console;
+    // Items without bytes keep their count whatever room is left (30 items
+    // with 20 bytes behind the write's head), up to 1024 for a hostile count.
+    Record update = vulkanRecord(230, 100);
+    update.u32s(64, {1, 12, 9, 30});
+    std::string console, items, warnings;
+    for (int i = 0; i < 30; ++i) {
+        items += "              {\n              }\n";
+        warnings += "Warning: Zyntel packet unknown Vulkan descriptor type (12)!\n";
+    }
     EXPECT_EQ(apiInfo(update, &console),
               wrapped("          \"Update Descriptor Set\": {\n"
                       "            \"Descriptor Set Write\": {\n              \"Descriptor Object ID\": 9,\n"
-                      "              \"Descriptor Type\": 12_InlineUniformBlock,\n"
-                      "              {\n              }\n              {\n              }\n              {\n              }\n"
-                      "            }\n"
-                      "            \"Descriptor Set Write\": {\n              \"Descriptor Object ID\": 0,\n"
-                      "              \"Descriptor Type\": 00_Invalid,\n            }\n"
-                      "          }\n"));
-    EXPECT_EQ(console, "Warning: Zyntel packet unknown Vulkan descriptor type (12)!\n"
-                       "Warning: Zyntel packet unknown Vulkan descriptor type (12)!\n"
-                       "Warning: Zyntel packet unknown Vulkan descriptor type (12)!\n");
+                      "              \"Descriptor Type\": 12_InlineUniformBlock,\n" +
+                      items + "            }\n          }\n"));
+    EXPECT_EQ(console, warnings);
+    Record hostile = vulkanRecord(230, 80);
+    hostile.u32s(64, {1, 13, 9, 0xFFFFFFFF});
+    const std::string flood = apiInfo(hostile);
+    std::size_t pairs = 0;
+    for (std::size_t at = flood.find("              {\n"); at != std::string::npos; at = flood.find("              {\n", at + 1))
+        ++pairs;
+    EXPECT_EQ(pairs, 1024u);
 
     Record pass = vulkanRecord(219, 84);
     pass.u32s(64, {0, 0xFFFFFFFF, 0xFFFFFFFF, 1, 0xFFFFFFFF});

@@ -53,8 +53,8 @@ TEST(VulkanNames, RangesDifferFromTablesWhereTheFormatSaysSo)
                            "Warning: Zyntel packet unknown Vulkan blend op (52)!\n"
                            "Warning: Zyntel packet unknown Vulkan object type (29)!\n"
                            "Warning: Zyntel packet unknown Vulkan image tiling type (4)!\n"
-                           "Warning: Zyntel packet unknown event type (255)!\n"
-                           "Warning: Zyntel packet unknown event type (203)!\n");
+                           "Warning: Zyntel packet unknown event type (51)!\n"
+                           "Warning: Zyntel packet unknown event type (-1)!\n");
 }
 
 TEST(PixelFormats, NamesAndCompressionModes)
