@@ -7,6 +7,7 @@ packages=(
     cmake g++ libgtest-dev  # build and unit tests
     groff-base man-db       # rendering the manual pages
     dpkg-dev                # dpkg-shlibdeps, for the .deb's dependencies
+    llvm-14-tools           # lit and FileCheck, for the end-to-end cases
 )
 
 missing=()
