@@ -67,6 +67,8 @@ bool discoverStreamFiles(std::deque<StreamFile>& files, const Options& options)
     return true;
 }
 
+} // namespace
+
 void printSummary(const StreamFile& file)
 {
     Output& out = console();
@@ -91,6 +93,8 @@ void printSummary(const StreamFile& file)
               file.lastOrdinal);
 }
 
+namespace {
+
 const char* versionMessage(std::uint32_t signature)
 {
     switch (signature) {
@@ -101,12 +105,16 @@ const char* versionMessage(std::uint32_t signature)
     }
 }
 
+} // namespace
+
 const StreamConverters& chooseStream(const StreamTable& streams, std::uint32_t streamId)
 {
     if (streamId == 1) return streams.host;
     if (streamId == 2) return streams.client;
     return streams.firmware;
 }
+
+namespace {
 
 enum class FileOutcome { Done, StopRun };
 

@@ -15,6 +15,13 @@ struct StreamTable {
 // The converters built into the tool.
 const StreamTable& builtInStreams();
 
+// The stream of a file by the stream id of its first header.
+const StreamConverters& chooseStream(const StreamTable& streams, std::uint32_t streamId);
+
+// The summary printed after each file: unknown packets, losses, validation
+// failures and the count of packets processed.
+void printSummary(const StreamFile& file);
+
 // Runs the tool; returns the exit status (usage and help give 1).
 int runTool(int argc, const char* const* argv, const StreamTable& streams);
 

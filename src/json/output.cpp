@@ -62,6 +62,13 @@ void Output::attachString(std::string* text)
     memory_ = text;
 }
 
+void Output::attachSink(Sink sink, void* context)
+{
+    close();
+    sink_ = sink;
+    sinkContext_ = context;
+}
+
 int Output::fail()
 {
     if (hook_) hook_(hookContext_, -1);
@@ -80,7 +87,7 @@ void Output::append(const char* text, std::size_t length)
         memory_->append(text, length);
         return;
     }
-    if (fd_ < 0) {
+    if (fd_ < 0 && !sink_) {
         appendFailed_ = true;
         return;
     }
@@ -140,7 +147,7 @@ int Output::write(std::string_view text)
 
 char* Output::reserve(std::size_t length)
 {
-    if (!buffer_ || fd_ < 0 || unbuffered_ || length > kBufferSize) return nullptr;
+    if (!buffer_ || (fd_ < 0 && !sink_) || unbuffered_ || length > kBufferSize) return nullptr;
     appendFailed_ = false;
     if (kBufferSize - used_ < length && !flush()) appendFailed_ = true;
     return buffer_ + used_;
@@ -180,8 +187,8 @@ int Output::print(const char* format, ...)
     return length;
 }
 
-// Prints to memory, to an unbuffered descriptor, or to a file whose buffer
-// does not exist yet.
+// Prints to memory, to a sink, to an unbuffered descriptor, or to a file
+// whose buffer does not exist yet.
 int Output::printElsewhere(const char* format, va_list args)
 {
     appendFailed_ = false;
@@ -191,7 +198,7 @@ int Output::printElsewhere(const char* format, va_list args)
         FormatTarget target{memory.window, memory.window + sizeof memory.window, refillMemory, &memory};
         length = formatLiteral(target, format, args);
         refillMemory(target);
-    } else if (fd_ >= 0 && (buffer_ || (buffer_ = static_cast<char*>(std::malloc(kBufferSize))))) {
+    } else if ((fd_ >= 0 || sink_) && (buffer_ || (buffer_ = static_cast<char*>(std::malloc(kBufferSize))))) {
         FormatTarget target{buffer_ + used_, buffer_ + kBufferSize, refillBuffer, this};
         length = formatLiteral(target, format, args);
         used_ = static_cast<std::size_t>(target.at - buffer_);
@@ -204,7 +211,13 @@ int Output::printElsewhere(const char* format, va_list args)
 
 bool Output::flush()
 {
-    if (memory_ || fd_ < 0 || used_ == 0) return true;
+    if (memory_ || used_ == 0) return true;
+    if (fd_ < 0) {
+        if (!sink_) return true;
+        sink_(sinkContext_, buffer_, used_);
+        used_ = 0;
+        return true;
+    }
     bool ok = writeAll(fd_, buffer_, used_);
     used_ = 0; // what could not be written is dropped; the failure is reported
     return ok;
@@ -221,6 +234,7 @@ bool Output::close()
     fd_ = -1;
     ownsFd_ = false;
     memory_ = nullptr;
+    sink_ = nullptr;
     return ok;
 }
 

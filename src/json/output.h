@@ -15,6 +15,8 @@ class Output {
 public:
     // Called once for every write that fails (result < 0), with that result.
     using FailureHook = void (*)(void* context, int result);
+    // Receives each buffered block of text instead of a descriptor.
+    using Sink = void (*)(void* context, const char* text, std::size_t length);
 
     Output() = default;
     ~Output();
@@ -22,11 +24,13 @@ public:
     Output& operator=(const Output&) = delete;
 
     // Targets. A file descriptor owned by the Output (closed by close()),
-    // a borrowed descriptor (stdout, stderr), or a string in memory.
+    // a borrowed descriptor (stdout, stderr), a string in memory, or a sink
+    // function that takes the text in blocks of up to 64 KiB as they fill.
     bool create(const char* path);
     void attachDescriptor(int fd, bool unbuffered);
     void attachString(std::string* text);
-    bool isOpen() const { return fd_ >= 0 || memory_ != nullptr; }
+    void attachSink(Sink sink, void* context);
+    bool isOpen() const { return fd_ >= 0 || memory_ != nullptr || sink_ != nullptr; }
 
     // printf-compatible formatted write. Returns the number of characters
     // written, or -1 when the data could not be written. The format must be
@@ -66,6 +70,8 @@ private:
     bool ownsFd_ = false;
     bool unbuffered_ = false;
     std::string* memory_ = nullptr;
+    Sink sink_ = nullptr;
+    void* sinkContext_ = nullptr;
     char* buffer_ = nullptr;
     std::size_t used_ = 0;
     bool appendFailed_ = false; // a flush failed while the current write was appended

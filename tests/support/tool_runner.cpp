@@ -73,6 +73,11 @@ std::string readAndRemove(const std::string& path)
 
 ToolRun runBuiltTool(const ScratchDir& dir, const std::vector<std::string>& arguments)
 {
+    return runProgram(ZYNTEL_TOOL_PATH, dir, arguments);
+}
+
+ToolRun runProgram(const char* path, const ScratchDir& dir, const std::vector<std::string>& arguments)
+{
     std::string outPath = dir.path() + "/../" + fs::path(dir.path()).filename().string() + ".stdout";
     std::string errPath = dir.path() + "/../" + fs::path(dir.path()).filename().string() + ".stderr";
     pid_t child = fork();
@@ -83,10 +88,10 @@ ToolRun runBuiltTool(const ScratchDir& dir, const std::vector<std::string>& argu
         dup2(out, 1);
         dup2(err, 2);
         std::vector<char*> argv;
-        argv.push_back(const_cast<char*>(ZYNTEL_TOOL_PATH));
+        argv.push_back(const_cast<char*>(path));
         for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
         argv.push_back(nullptr);
-        execv(ZYNTEL_TOOL_PATH, argv.data());
+        execv(path, argv.data());
         _exit(127);
     }
     int waitStatus = 0;

@@ -36,6 +36,8 @@ struct ToolRun {
 
 // Runs the built zyntelbin2json binary in the directory.
 ToolRun runBuiltTool(const ScratchDir& dir, const std::vector<std::string>& arguments);
+// Runs the program at `path` in the directory.
+ToolRun runProgram(const char* path, const ScratchDir& dir, const std::vector<std::string>& arguments);
 
 // Runs the tool's driver in this process with the given converters.
 ToolRun runInProcess(const ScratchDir& dir, const std::vector<std::string>& arguments, const StreamTable& streams);

@@ -1,0 +1,200 @@
+#include "trace/element.h"
+
+namespace {
+
+constexpr const char* kPropKeyNames[kPropKeyCount] = {
+    "PID",     "JobRef",          "ExtJobRef",       "IntJobRef",  "speed",         "Frequency (Hz)",
+    "Utilisation (%)", "Total Mem Usage", "context ID", "object ID", "Pipeline Type",
+};
+
+// Containers nested deeper than this are kept as text.
+constexpr int kDeepestNesting = 32;
+
+bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+// What may follow a closing quote; a quote followed by anything else is
+// part of the text (values are written without escaping).
+bool endsString(char c) { return c == ',' || c == ':' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
+
+struct Reader {
+    std::string_view text;
+    std::size_t at = 0;
+
+    bool atEnd() const { return at >= text.size(); }
+    char peek() const { return text[at]; }
+
+    void skipSpace()
+    {
+        while (!atEnd() && isSpace(peek())) ++at;
+    }
+    void skipSpaceAndCommas()
+    {
+        while (!atEnd() && (isSpace(peek()) || peek() == ',')) ++at;
+    }
+
+    // At an opening quote: the text up to the quote that closes it.
+    std::string_view quoted()
+    {
+        std::size_t from = ++at;
+        for (std::size_t quote = text.find('"', at); quote != std::string_view::npos;
+             quote = text.find('"', quote + 1)) {
+            std::size_t backslashes = 0;
+            while (quote - backslashes > from && text[quote - backslashes - 1] == '\\') ++backslashes;
+            if (backslashes % 2 == 1) continue;
+            std::size_t next = quote + 1;
+            while (next < text.size() && (text[next] == ' ' || text[next] == '\t')) ++next;
+            if (next < text.size() && !endsString(text[next])) continue;
+            at = quote + 1;
+            return text.substr(from, quote - from);
+        }
+        at = text.size();
+        return text.substr(from);
+    }
+
+    // An unquoted value: up to the next comma, closing bracket or line end.
+    std::string_view bare()
+    {
+        std::size_t from = at;
+        while (!atEnd() && peek() != ',' && peek() != '}' && peek() != ']' && peek() != '\n' && peek() != '\r') ++at;
+        std::size_t to = at;
+        while (to > from && isSpace(text[to - 1])) --to;
+        return text.substr(from, to - from);
+    }
+};
+
+struct ElementReader {
+    Reader in;
+    JsonBuilder& out;
+    Element& element;
+
+    std::string_view value(int depth);
+    void members(int depth, bool capture);
+    void items(int depth);
+};
+
+// Writes one value; returns its text when it is a plain value.
+std::string_view ElementReader::value(int depth)
+{
+    in.skipSpace();
+    if (in.atEnd() || in.peek() == ',' || in.peek() == '}' || in.peek() == ']') {
+        out.stringValue("");
+        return {};
+    }
+    char c = in.peek();
+    if (c == '"') {
+        std::string_view text = in.quoted();
+        out.stringValue(text);
+        return text;
+    }
+    if ((c == '{' || c == '[') && depth < kDeepestNesting) {
+        ++in.at;
+        if (c == '{') {
+            out.openObject();
+            members(depth + 1, false);
+        } else {
+            out.openArray();
+            items(depth + 1);
+        }
+        out.close();
+        return {};
+    }
+    std::size_t from = in.at;
+    std::string_view text = in.bare();
+    if (in.at == from) ++in.at; // a lone bracket: keep going
+    out.looseValue(text);
+    return text;
+}
+
+// Members up to the object's closing brace or the end of the text.
+void ElementReader::members(int depth, bool capture)
+{
+    for (;;) {
+        in.skipSpaceAndCommas();
+        if (in.atEnd()) return;
+        char c = in.peek();
+        if (c == '}' || c == ']') {
+            ++in.at;
+            return;
+        }
+        if (c != '"') { // text that is not a member: pass over it
+            std::size_t from = in.at;
+            in.bare();
+            if (in.at == from) ++in.at;
+            continue;
+        }
+        std::string_view name = in.quoted();
+        in.skipSpace();
+        if (in.atEnd() || in.peek() != ':') continue;
+        ++in.at;
+        out.key(name);
+        std::string_view text = value(depth);
+        if (!capture) continue;
+        for (int key = 0; key < kPropKeyCount; ++key) {
+            if (name != kPropKeyNames[key] || element.has(static_cast<PropKey>(key))) continue;
+            element.props[key] = text;
+            element.propsFound |= 1u << key;
+        }
+    }
+}
+
+void ElementReader::items(int depth)
+{
+    for (;;) {
+        in.skipSpaceAndCommas();
+        if (in.atEnd()) return;
+        if (in.peek() == ']' || in.peek() == '}') {
+            ++in.at;
+            return;
+        }
+        value(depth);
+    }
+}
+
+} // namespace
+
+void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
+{
+    element.hasStart = element.hasEnd = false;
+    element.start = element.end = 0;
+    element.name = {};
+    element.propsFound = 0;
+    element.args.clear();
+    builder.begin(&element.args);
+
+    ElementReader reader{{body, 0}, builder, element};
+    Reader& in = reader.in;
+    for (;;) {
+        in.skipSpaceAndCommas();
+        if (in.atEnd()) break;
+        if (in.peek() != '"') { // stray brackets and text between members
+            std::size_t from = in.at;
+            in.bare();
+            if (in.at == from) ++in.at;
+            continue;
+        }
+        std::string_view name = in.quoted();
+        in.skipSpace();
+        if (in.atEnd() || in.peek() != ':') continue;
+        ++in.at;
+        in.skipSpace();
+        bool isStart = name == "start", isEnd = name == "end";
+        if (isStart || isEnd) {
+            std::string_view text = !in.atEnd() && in.peek() == '"' ? in.quoted() : in.bare();
+            bool& found = isStart ? element.hasStart : element.hasEnd;
+            found = parseUnsigned(text, isStart ? element.start : element.end);
+            if (!found && !text.empty()) { // kept for the reader of the trace
+                builder.key(name);
+                builder.looseValue(text);
+            }
+        } else if (name == "name" && !in.atEnd() && in.peek() == '"') {
+            element.name = in.quoted();
+        } else if (name == "prop" && !in.atEnd() && in.peek() == '{') {
+            ++in.at;
+            reader.members(1, true); // the members of "prop" are those of "args"
+        } else {
+            builder.key(name);
+            reader.value(1);
+        }
+    }
+    builder.closeAll();
+}

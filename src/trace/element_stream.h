@@ -1,0 +1,31 @@
+// Cuts the correlated text, as the converters write it, into elements: an
+// element runs from a line "    {" to the next line that begins "    }".
+// Lines between elements (separators, the array's closing, text left after
+// an element's closing brace) are passed over. An element that is still
+// open when the next one begins is read as far as it goes.
+#pragma once
+
+#include <string>
+
+#include "trace/element.h"
+#include "trace/line_cutter.h"
+
+struct ElementStream {
+    using ElementHandler = void (*)(void* context, const Element& element);
+
+    LineCutter lines;
+    std::string body;  // lines of the open element, up to 1 MiB
+    bool open = false;
+    Element element;
+    JsonBuilder builder;
+    ElementHandler onElement = nullptr;
+    void* context = nullptr;
+};
+
+void startElementStream(ElementStream& stream, ElementStream::ElementHandler onElement, void* context);
+
+// An Output sink (the context is the ElementStream).
+void writeToElementStream(void* stream, const char* text, std::size_t length);
+
+// Reads what is left, including an element left open.
+void finishElementStream(ElementStream& stream);
