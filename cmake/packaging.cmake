@@ -2,10 +2,7 @@
 # nothing else) and the Debian package that `cpack -G DEB` builds from it.
 include(GNUInstallDirs)
 
-set(ZYNTEL_PROGRAMS zyntelbin2json)
-if(TARGET zyntelbin2trace)
-  list(APPEND ZYNTEL_PROGRAMS zyntelbin2trace)
-endif()
+set(ZYNTEL_PROGRAMS zyntelbin2json zyntelbin2trace)
 
 # Debian ships manual pages compressed; gzip -n leaves the name and time
 # stamp out, so the same page always gives the same bytes.

@@ -24,17 +24,18 @@ check_tree() {
     diff <(expected_files "" "$@") <(cd "$work/prefix" && find . ! -type d | sed 's|^\./||' | sort) ||
         fail "installed files differ from the expected list"
 
-    # The installed tool writes what the built one writes, but for argv[0].
+    # The installed programs write what the built ones write, but for argv[0].
     mkdir "$work/built" "$work/installed"
     "$make_samples" "$work/built"
     cp "$work/built"/*.bin "$work/installed"
     for side in built installed; do
-        local tool="$build/zyntelbin2json"
-        [[ $side == installed ]] && tool="$work/prefix/bin/zyntelbin2json"
-        (cd "$work/$side" && "$tool" > console.txt && "$tool" -raw >> console.txt)
+        local bin="$build"
+        [[ $side == installed ]] && bin="$work/prefix/bin"
+        (cd "$work/$side" && "$bin/zyntelbin2json" > console.txt && "$bin/zyntelbin2json" -raw >> console.txt &&
+            "$bin/zyntelbin2trace" >> console.txt)
         sed -i 's|^      "argv\[0\]": ".*"|      "argv[0]": ""|' "$work/$side"/*.json
     done
-    [[ $(ls "$work/installed"/*.json | wc -l) -eq 6 ]] || fail "expected six JSON files"
+    [[ $(ls "$work/installed"/*.json | wc -l) -eq 7 ]] || fail "expected seven JSON files"
     diff -r "$work/built" "$work/installed" || fail "installed tool writes other output"
 
     for program in "$@"; do
