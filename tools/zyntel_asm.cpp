@@ -24,7 +24,8 @@
 // Fields are written one after another from packet offset 24:
 //   u8 u16 u32 u64       set the width of the numbers that follow (first u32)
 //   NUMBER               decimal, 0x hex or negative (two's complement)
-//   "text" / "text":N    the text's bytes / NUL-padded or cut to N bytes
+//   "text" / "text":N    the text's bytes / NUL-padded or cut to N bytes;
+//                        \n, \t, \0, \" and \\ escapes
 //   @N                   go to packet offset N (counted in the raw bytes for
 //                        `raw`), padding with zeros; later fields overwrite
 //
@@ -116,8 +117,22 @@ std::uint32_t typeNumber(std::uint32_t streamId, const std::string& text, int li
         fail(line, "unknown event type name: " + text);
     };
     if (streamId == kHostStream) return find(kHostTypes);
+    if (streamId == kClientStream && text.starts_with("gl.")) return typeNumber(streamId, "gles." + text.substr(3), line) + 96;
     if (streamId == kClientStream) return find(kClientTypes);
     return find(kFirmwareTypes);
+}
+
+// Texts take \n, \t, \0, \" and \\ escapes.
+std::string unescape(const std::string& text)
+{
+    static const std::map<char, char> escapes{{'n', '\n'}, {'t', '\t'}, {'0', '\0'}, {'"', '"'}, {'\\', '\\'}};
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        auto escape = text[i] == '\\' && i + 1 < text.size() ? escapes.find(text[i + 1]) : escapes.end();
+        result += escape != escapes.end() ? escape->second : text[i];
+        if (escape != escapes.end()) ++i;
+    }
+    return result;
 }
 
 // Splits a line at blanks, keeping quoted texts (with any ":N" after them) whole.
@@ -133,8 +148,9 @@ std::vector<std::string> tokens(const std::string& line, int lineNumber)
         if (line[i] == '#') break;
         std::size_t end = i;
         if (line[i] == '"') {
-            end = line.find('"', i + 1);
-            if (end == std::string::npos) fail(lineNumber, "unterminated text");
+            for (end = i + 1; end < line.size() && line[end] != '"'; ++end)
+                if (line[end] == '\\') ++end;
+            if (end >= line.size()) fail(lineNumber, "unterminated text");
         }
         while (end < line.size() && line[end] != ' ' && line[end] != '\t') ++end;
         result.push_back(line.substr(i, end - i));
@@ -169,7 +185,7 @@ struct FieldWriter {
             if (bytes.size() < cursor) bytes.resize(cursor, 0);
         } else if (token.starts_with("\"")) {
             const std::size_t close = token.rfind('"');
-            const std::string text = token.substr(1, close - 1);
+            const std::string text = unescape(token.substr(1, close - 1));
             std::size_t count = text.size();
             if (close + 1 < token.size()) {
                 if (token[close + 1] != ':') fail(line, "expected \"text\":WIDTH, got " + token);
