@@ -1,5 +1,4 @@
-// The document frame, the raw envelope, hex dumps, name look-ups and the
-// write-failure report.
+// Hex dumps, name look-ups and the write-failure report.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -24,62 +23,6 @@ Packet view(Bytes& bytes)
 {
     bytes.resize(bytes.size() + 8, 0); // the reader's zero padding
     return Packet(bytes.data(), static_cast<std::uint32_t>(bytes.size() - 8));
-}
-
-TEST(Document, HeadOfARawRunListsEveryArgument)
-{
-    ScratchDir dir;
-    dir.write("in.bin", Capture().add(PacketBuilder(typeWord(1), kSigV2a).ordinal(3).timer(77).u32(1).u32(0)));
-    ToolRun run = runInProcess(dir, {"-raw", "in.bin"}, testStreams());
-    EXPECT_EQ(run.json["in.raw.json"], "{\n  \"zyntelbin2json Info\": [\n    {\n"
-                                       "      \"Packet version\": \"0x5a594e41\",\n"
-                                       "      \"CL Version\": 6967606,\n"
-                                       "      \"argv[0]\": \"zyntelbin2json\",\n"
-                                       "      \"argv[1]\": \"-raw\",\n"
-                                       "      \"argv[2]\": \"in.bin\"\n    }\n  ],\n"
-                                       "  \"zyntel_packets\": [\n"
-                                       "    {\n      \"sig\": \"0x5a594e41\",\n      \"size\": 32,\n"
-                                       "      \"type\": \"TEST\",\n      \"thread\": 0,\n      \"osid\": 0,\n"
-                                       "      \"ordinal\": 3,\n      \"kortimer\": 77,\n"
-                                       "      \"payload\": 1\n    }\n  ]\n}");
-}
-
-TEST(Document, FileWithoutElementsHasAnEmptyLineBetweenOpenerAndClosing)
-{
-    ScratchDir dir;
-    dir.write("in.bin", Capture().add(PacketBuilder(typeWord(0x7FFF)).u32(0).u32(0)));
-    ToolRun run = runInProcess(dir, {"in.bin"}, testStreams());
-    EXPECT_TRUE(run.json["in.json"].ends_with("  ],\n  \"timeperiods\": [\n\n  ]\n}"));
-}
-
-TEST(Envelope, HeaderKeysAndTheApiOfClientPackets)
-{
-    struct Case {
-        std::uint32_t typeWord;
-        std::string api;
-    };
-    for (const Case& c : {Case{typeWord(3, kHostStream), ""}, Case{typeWord(3, kClientStream), "Services"},
-                          Case{typeWord(10, kClientStream), "Invalid"}, Case{typeWord(36, kClientStream), "EGL"},
-                          Case{typeWord(80, kClientStream), "OpenGLES"}, Case{typeWord(98, kClientStream), "OpenCL"},
-                          Case{typeWord(134, kClientStream), "Vulkan"}, Case{typeWord(176, kClientStream), "OpenGL"},
-                          Case{typeWord(177, kClientStream), "Invalid"}}) {
-        MemoryFile memory;
-        Bytes bytes = PacketBuilder(c.typeWord | 1u << 15 | 0x1Fu << 24).ordinal(9).timer(123).u64(0).build();
-        writeRawEnvelope(&memory.file, view(bytes), "NAME");
-        std::string expected = "    {\n      \"sig\": \"0x5a594e42\",\n      \"size\": 32,\n      \"type\": \"NAME\",\n"
-                               "      \"thread\": 1,\n      \"osid\": 31,\n      \"ordinal\": 9,\n"
-                               "      \"kortimer\": 123,\n";
-        if (!c.api.empty()) expected += "      \"api\": \"" + c.api + "\",\n";
-        EXPECT_EQ(memory.text, expected);
-    }
-}
-
-TEST(Envelope, SizeKeyPrintsTheWholeSizeWord)
-{
-    MemoryFile memory;
-    Bytes bytes = PacketBuilder(typeWord(1)).sizeWord(0x00070020).u64(0).build();
-    writeRawEnvelope(&memory.file, view(bytes), "T");
-    EXPECT_NE(memory.text.find("\"size\": 458784,"), std::string::npos);
 }
 
 TEST(HexDump, RowsOfSixteenAndALastRowOfWhatRemains)
