@@ -24,11 +24,11 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 MODES = [("correlated", []), ("-raw", ["-raw"]), ("-raw -hex", ["-raw", "-hex"])]
 
 
-def build(build_dir):
+def build(build_dir, targets=("zyntelbin2json", "make_bench_captures")):
     subprocess.run(["cmake", "-S", ROOT, "-B", build_dir, "-DCMAKE_BUILD_TYPE=Release", "-DZYNTEL_TESTS=OFF"],
                    check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", build_dir, "-j", str(os.cpu_count() or 2), "--target", "zyntelbin2json",
-                    "make_bench_captures"], check=True, stdout=subprocess.DEVNULL)
+    subprocess.run(["cmake", "--build", build_dir, "-j", str(os.cpu_count() or 2), "--target", *targets],
+                   check=True, stdout=subprocess.DEVNULL)
 
 
 def timed(command, cwd, stdout=subprocess.DEVNULL):
