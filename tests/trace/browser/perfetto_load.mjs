@@ -85,11 +85,14 @@ try {
   await page.waitForFunction(() => window.globals?.state?.engines?.['0']?.ready, null, { timeout: 60000 });
   // The picture shows the GPU's work: the firmware file's span, in seconds.
   const firmware = events.filter(e => e.ts !== undefined && processNames.get(e.pid)?.startsWith('GPU firmware'));
-  const start = Math.min(...firmware.map(e => e.ts)), end = Math.max(...firmware.map(e => e.ts + (e.dur ?? 0)));
-  const margin = (end - start) / 20;
-  await page.evaluate(([startSec, endSec]) => window.globals.dispatch(window.Actions.setVisibleTraceTime(
-    { startSec, endSec, lastUpdate: Date.now() / 1000 + 1, resolution: (endSec - startSec) / 1600 })),
-    [(start - margin) / 1e6, (end + margin) / 1e6]);
+  if (firmware.length) {
+    const start = firmware.reduce((t, e) => Math.min(t, e.ts), Infinity);
+    const end = firmware.reduce((t, e) => Math.max(t, e.ts + (e.dur ?? 0)), -Infinity);
+    const margin = (end - start) / 20;
+    await page.evaluate(([startSec, endSec]) => window.globals.dispatch(window.Actions.setVisibleTraceTime(
+      { startSec, endSec, lastUpdate: Date.now() / 1000 + 1, resolution: (endSec - startSec) / 1600 })),
+      [(start - margin) / 1e6, (end + margin) / 1e6]);
+  }
   await page.waitForTimeout(1500);  // lets the tracks draw
   await page.screenshot({ path: screenshotPath });
 
