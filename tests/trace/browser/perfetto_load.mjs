@@ -48,6 +48,10 @@ const expected = {
   threads: countBy(events.filter(e => e.ph === 'M' && e.name === 'thread_name').map(e => `${processNames.get(e.pid)} / ${e.args.name}`)),
   flows: events.filter(e => e.ph === 'f' && flowStarts.has(e.id)).length,
 };
+const total = (m) => [...m.values()].reduce((a, b) => a + b, 0);
+// The sample session has every kind; a trace without one proves nothing here.
+for (const [kind, count] of Object.entries(expected))
+  if ((typeof count === 'number' ? count : total(count)) === 0) throw new Error(`the sample trace has no ${kind}`);
 
 const page404 = (res) => { res.writeHead(404); res.end(); };
 const server = http.createServer((req, res) => {
@@ -126,7 +130,6 @@ try {
   fs.rmSync(profile, { recursive: true, force: true });
 }
 for (const failure of failures) console.error(failure);
-const total = (m) => [...m.values()].reduce((a, b) => a + b, 0);
 console.log(`browser test: ${total(expected.slices)} slices, ${total(expected.counters)} counter values, ` +
             `${expected.flows} flows, ${total(expected.threads)} named threads checked; screenshot ${screenshotPath}`);
 process.exit(failures.length ? 1 : 0);
