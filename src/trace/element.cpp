@@ -2,10 +2,17 @@
 
 namespace {
 
-constexpr const char* kPropKeyNames[kPropKeyCount] = {
+constexpr std::string_view kPropKeyNames[kPropKeyCount] = {
     "PID",     "JobRef",          "ExtJobRef",       "IntJobRef",  "speed",         "Frequency (Hz)",
     "Utilisation (%)", "Total Mem Usage", "context ID", "object ID", "Pipeline Type",
 };
+
+// A bit per length of the names above, to pass over most names at once.
+constexpr std::uint64_t kPropKeyLengths = [] {
+    std::uint64_t lengths = 0;
+    for (std::string_view name : kPropKeyNames) lengths |= std::uint64_t{1} << name.size();
+    return lengths;
+}();
 
 // Containers nested deeper than this are kept as text.
 constexpr int kDeepestNesting = 32;
@@ -15,6 +22,18 @@ bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 // What may follow a closing quote; a quote followed by anything else is
 // part of the text (values are written without escaping).
 bool endsString(char c) { return c == ',' || c == ':' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
+
+// Keeps the first value of each key the trace uses.
+void captureProp(void* element, std::string_view name, std::string_view value)
+{
+    auto& target = *static_cast<Element*>(element);
+    if (name.size() >= 64 || !((kPropKeyLengths >> name.size()) & 1)) return;
+    for (int key = 0; key < kPropKeyCount; ++key) {
+        if (name != kPropKeyNames[key] || target.has(static_cast<PropKey>(key))) continue;
+        target.props[key] = value;
+        target.propsFound |= 1u << key;
+    }
+}
 
 struct Reader {
     std::string_view text;
@@ -128,12 +147,7 @@ void ElementReader::members(int depth, bool capture)
         ++in.at;
         out.key(name);
         std::string_view text = value(depth);
-        if (!capture) continue;
-        for (int key = 0; key < kPropKeyCount; ++key) {
-            if (name != kPropKeyNames[key] || element.has(static_cast<PropKey>(key))) continue;
-            element.props[key] = text;
-            element.propsFound |= 1u << key;
-        }
+        if (capture) captureProp(&element, name, text);
     }
 }
 
@@ -158,8 +172,7 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
     element.start = element.end = 0;
     element.name = {};
     element.propsFound = 0;
-    element.args.clear();
-    builder.begin(&element.args);
+    builder.begin();
 
     ElementReader reader{{body, 0}, builder, element};
     Reader& in = reader.in;
@@ -189,12 +202,16 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
         } else if (name == "name" && !in.atEnd() && in.peek() == '"') {
             element.name = in.quoted();
         } else if (name == "prop" && !in.atEnd() && in.peek() == '{') {
+            // The members of "prop" are those of "args"; most are strict
+            // JSON already and are copied as they stand.
+            if (builder.copyStrictMembers(body, in.at, captureProp, &element)) continue;
             ++in.at;
-            reader.members(1, true); // the members of "prop" are those of "args"
+            reader.members(1, true);
         } else {
             builder.key(name);
             reader.value(1);
         }
     }
     builder.closeAll();
+    element.args = builder.text();
 }

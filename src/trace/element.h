@@ -33,7 +33,7 @@ struct Element {
     std::uint64_t start = 0;
     std::uint64_t end = 0;
     std::string_view name;    // as written, without quotes; empty when missing
-    std::string args;         // a JSON object: the "prop" members and the other keys
+    std::string_view args;    // a JSON object: the "prop" members and the other keys
     std::string_view props[kPropKeyCount]; // as written, without quotes
     unsigned propsFound = 0;  // bit per PropKey
 
@@ -41,5 +41,5 @@ struct Element {
 };
 
 // Reads the lines between an element's opening and closing brace. The
-// views in `element` point into `body`.
+// views in `element` point into `body`, "args" into the builder.
 void parseElement(std::string_view body, Element& element, JsonBuilder& builder);

@@ -8,13 +8,12 @@
 #include <string>
 
 #include "trace/element.h"
-#include "trace/line_cutter.h"
 
 struct ElementStream {
     using ElementHandler = void (*)(void* context, const Element& element);
 
-    LineCutter lines;
-    std::string body;  // lines of the open element, up to 1 MiB
+    std::string partial; // the start of a line whose end has not arrived
+    std::string body;    // an open element begun in an earlier block, up to 1 MiB
     bool open = false;
     Element element;
     JsonBuilder builder;
@@ -24,7 +23,8 @@ struct ElementStream {
 
 void startElementStream(ElementStream& stream, ElementStream::ElementHandler onElement, void* context);
 
-// An Output sink (the context is the ElementStream).
+// An Output sink (the context is the ElementStream). Elements that lie
+// whole in one block are read where they are.
 void writeToElementStream(void* stream, const char* text, std::size_t length);
 
 // Reads what is left, including an element left open.

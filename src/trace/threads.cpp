@@ -9,7 +9,7 @@ namespace {
 // a key that the element's "prop" must hold.
 struct KindRule {
     StreamKind stream;
-    const char* elementName;
+    std::string_view elementName;
     int requiredProp; // a PropKey, or -1
     const char* kind;
 };

@@ -25,7 +25,7 @@ StreamLabel labelOf(StreamKind stream)
 // and unit (the unit names the counter's series).
 struct CounterRule {
     StreamKind stream;
-    const char* elementName;
+    std::string_view elementName;
     PropKey value;
     const char* counter;
     const char* unit;
@@ -41,11 +41,11 @@ const CounterRule kCounterRules[] = {
 };
 
 // Firmware hardware work, the targets of flows from the host's enqueues.
-const char* const kHardwareWork[] = {"2D", "TA", "3D", "CDM", "RTU", "SHG", "TDM", "GP"};
+constexpr std::string_view kHardwareWork[] = {"2D", "TA", "3D", "CDM", "RTU", "SHG", "TDM", "GP"};
 
 bool isHardwareWork(std::string_view name)
 {
-    for (const char* work : kHardwareWork)
+    for (std::string_view work : kHardwareWork)
         if (name == work) return true;
     return false;
 }

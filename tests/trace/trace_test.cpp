@@ -162,7 +162,8 @@ TEST_F(SampleSession, CommandLineErrorsAndInputsThatAreNoCaptures)
 }
 
 // Elements written straight into the exporter, as the converters write them.
-std::string exportText(StreamKind stream, const std::string& correlated)
+// The text goes to the exporter in blocks of `block` bytes.
+std::string exportText(StreamKind stream, const std::string& correlated, std::size_t block = 1 << 16)
 {
     std::string text;
     Output out;
@@ -181,7 +182,8 @@ std::string exportText(StreamKind stream, const std::string& correlated)
             exportElement(*t->trace, *t->process, element);
         },
         &target);
-    writeToElementStream(&elements, correlated.data(), correlated.size());
+    for (std::size_t at = 0; at < correlated.size(); at += block)
+        writeToElementStream(&elements, correlated.data() + at, std::min(block, correlated.size() - at));
     finishElementStream(elements);
     finishTrace(trace, {});
     return text;
@@ -197,21 +199,22 @@ json eventsNamed(const json& trace, const std::string& name)
 
 TEST(TraceExport, ReadsTheQuirksOfTheCorrelatedText)
 {
-    std::string text = exportText(StreamKind::Client,
-                                  "    {\n      \"start\": 1000060,\n      \"end\": 1000060,\n      \"name\": \"SWTQ\",\n"
-                                  "      \"prop\": {\n        \"JobRef\": 5,\n      }\n    },\n"
-                                  "    {\n      \"start\": 2000000,\n      \"end\": 2500001,\n"
-                                  "      \"name\": \"VULKAN_MARK\",\n      \"prop\": {\n"
-                                  "        \"end info\": \"say \"hi\" \\q\x01\xff\"\n"
-                                  "        \"Obj Type\": 05_GraphicsPipeline,\n        \"PID\": \"1\",\n"
-                                  "        \"PID\": \"2\",\n        \"FenceID:\": -3,\n"
-                                  "        \"list\": [\n          {\"a\": 0x10}\n        ]\n"
-                                  "    }      }\n    }\n"
-                                  "    {\n      \"start\": 3000000,\n      \"end\": 3000000,\n      \"name\": \"OPEN\",\n"
-                                  "      \"prop\": {\n        \"x\": {\n          \"y\": 1\n  ]\n}");
+    std::string quirks = "    {\n      \"start\": 1000060,\n      \"end\": 1000060,\n      \"name\": \"SWTQ\",\n"
+                         "      \"prop\": {\n        \"JobRef\": 5,\n        \"JobRef\": 6,\n      }\n    },\n"
+                         "    {\n      \"start\": 2000000,\n      \"end\": 2500001,\n"
+                         "      \"name\": \"VULKAN_MARK\",\n      \"prop\": {\n"
+                         "        \"end info\": \"say \"hi\" \\q\x01\xff\"\n"
+                         "        \"Obj Type\": 05_GraphicsPipeline,\n        \"PID\": \"1\",\n"
+                         "        \"PID\": \"2\",\n        \"FenceID:\": -3,\n"
+                         "        \"list\": [\n          {\"a\": 0x10}\n        ]\n"
+                         "    }      }\n    }\n"
+                         "    {\n      \"start\": 3000000,\n      \"end\": 3000000,\n      \"name\": \"OPEN\",\n"
+                         "      \"prop\": {\n        \"x\": {\n          \"y\": 1\n  ]\n}";
+    std::string text = exportText(StreamKind::Client, quirks);
+    for (std::size_t block : {1, 7, 100}) EXPECT_EQ(exportText(StreamKind::Client, quirks, block), text) << block;
     EXPECT_NE(text.find("\"ts\":1000.060,\"s\":\"t\""), std::string::npos) << text;
     json trace = json::parse(text);
-    EXPECT_EQ(eventsNamed(trace, "SWTQ")[0]["args"], json::parse(R"({"JobRef": 5})"));
+    EXPECT_EQ(eventsNamed(trace, "SWTQ")[0]["args"], json::parse(R"j({"JobRef": 5, "JobRef (2)": 6})j"));
     json mark = eventsNamed(trace, "VULKAN_MARK")[0];
     EXPECT_EQ(mark["dur"].get<double>(), 500.001);
     EXPECT_EQ(mark["args"]["end info"], "say \"hi\" \\q\x01\xc3\xbf");
