@@ -88,7 +88,8 @@ def build(build_dir):
 def failing_tests(build_dir):
     """Names of the failing GoogleTest cases and lit cases."""
     ctest = run(['ctest', '--test-dir', build_dir, '-j2', '-E', '^lit$'])
-    failed = re.findall(r'^\s*\d+ - (\S+) \(', ctest.stdout, re.M)
+    failed_part = ctest.stdout.partition('The following tests FAILED:')[2]
+    failed = re.findall(r'^\s*\d+ - (\S+) \((?!Skipped)', failed_part, re.M)
     lit = run(['python3', LIT, '-q', os.path.join(build_dir, 'tests', 'lit')])
     failed += ['lit:' + name for name in re.findall(r'^\s*zyntelbin2json :: (\S+)$', lit.stdout, re.M)]
     return failed

@@ -1,13 +1,10 @@
-// Hex dumps, name look-ups and the write-failure report.
+// Hex dumps of packets the reader cannot produce, and name look-ups.
 #include <gtest/gtest.h>
-
-#include <filesystem>
 
 #include "json/envelope.h"
 #include "json/names.h"
 #include "json/output.h"
 #include "stream/stream_file.h"
-#include "test_stream.h"
 #include "tool_runner.h"
 
 namespace {
@@ -92,35 +89,6 @@ TEST(Names, LookUpWarnsAndSubstitutesPastTheLastValidRow)
     redirectConsole(nullptr, nullptr);
     EXPECT_EQ(out, "Warning: Zyntel packet unknown test kind (3)!\n"
                    "Warning: Zyntel packet unknown test kind (-1)!\n");
-}
-
-TEST(WriteFailure, ReportedOncePerFileOnStandardErrorAndTheRunGoesOn)
-{
-    ScratchDir dir;
-    Capture capture;
-    for (std::uint32_t ordinal = 0; ordinal < 3000; ++ordinal)
-        capture.add(PacketBuilder(typeWord(1)).ordinal(ordinal).u32(ordinal).u32(0));
-    dir.write("zyntel_fw_1.bin", capture);
-    dir.write("zyntel_fw_2.bin", capture);
-    std::filesystem::create_symlink("/dev/full", dir.path() + "/zyntel_fw_1.raw.json");
-    ToolRun run = runInProcess(dir, {"-raw"}, testStreams());
-    EXPECT_EQ(run.status, 0);
-    EXPECT_TRUE(run.err.starts_with("warning: failed to fprintf to JSON file, error (-1)"
-                                    "warning: last packet ordinal written was "));
-    EXPECT_EQ(run.err.find("warning: failed", 1), std::string::npos);
-    EXPECT_NE(run.out.find("info: 3000 Zyntel Firmware packets processed, last ordinal was 2999\n"),
-              std::string::npos);
-    ASSERT_EQ(run.json.count("zyntel_fw_2.raw.json"), 1u);
-    EXPECT_TRUE(run.json["zyntel_fw_2.raw.json"].ends_with("      \"payload\": 2999\n    }\n  ]\n}"));
-}
-
-TEST(WriteFailure, SmallOutputsReportWhenTheFileIsClosed)
-{
-    ScratchDir dir;
-    dir.write("in.bin", Capture().add(PacketBuilder(typeWord(1)).ordinal(4).u32(0).u32(0)));
-    std::filesystem::create_symlink("/dev/full", dir.path() + "/in.json");
-    ToolRun run = runInProcess(dir, {"in.bin"}, testStreams());
-    EXPECT_EQ(run.err, "warning: failed to fprintf to JSON file, error (-1)warning: last packet ordinal written was 4");
 }
 
 } // namespace

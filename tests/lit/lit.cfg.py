@@ -7,8 +7,11 @@ import lit.formats
 config.name = 'zyntelbin2json'
 config.test_format = lit.formats.ShTest(execute_external=False)
 config.suffixes = ['.test']
-config.excludes = ['README.md']
 config.test_source_root = os.path.dirname(__file__)
+
+# "%flat FILE" prints FILE as one line, so that a CHECK line can pin a whole
+# JSON object (FileCheck matches any run of blanks to one space).
+config.substitutions.append(('%flat', "tr -d '\\n' <"))
 
 config.environment['PATH'] = os.pathsep.join(
     [config.tool_dir, config.llvm_tools_dir, config.environment['PATH']])

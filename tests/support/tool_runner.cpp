@@ -11,8 +11,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "driver/run.h"
-#include "json/output.h"
 
 namespace fs = std::filesystem;
 
@@ -102,40 +100,4 @@ ToolRun runProgram(const char* path, const ScratchDir& dir, const std::vector<st
     run.err = readAndRemove(errPath);
     collectJson(dir, run);
     return run;
-}
-
-ToolRun runInProcess(const ScratchDir& dir, const std::vector<std::string>& arguments, const StreamTable& streams)
-{
-    std::vector<const char*> argv{"zyntelbin2json"};
-    for (const std::string& argument : arguments) argv.push_back(argument.c_str());
-
-    ToolRun run;
-    Output out, err;
-    out.attachString(&run.out);
-    err.attachString(&run.err);
-    redirectConsole(&out, &err);
-    fs::path previous = fs::current_path();
-    fs::current_path(dir.path());
-    run.status = runTool(static_cast<int>(argv.size()), argv.data(), streams);
-    fs::current_path(previous);
-    redirectConsole(nullptr, nullptr);
-    collectJson(dir, run);
-    return run;
-}
-
-ToolRun convertCapture(const Capture& capture, const std::vector<std::string>& options, const std::string& inputName)
-{
-    ScratchDir dir;
-    dir.write(inputName, capture);
-    std::vector<std::string> arguments{inputName};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    return runBuiltTool(dir, arguments);
-}
-
-std::string arrayBody(const std::string& json)
-{
-    std::size_t opener = json.find("\": [\n", json.find("],\n  \""));
-    std::size_t closing = json.rfind("\n  ]\n}");
-    if (opener == std::string::npos || closing == std::string::npos || closing < opener + 5) return "";
-    return json.substr(opener + 5, closing - opener - 5);
 }

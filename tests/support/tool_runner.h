@@ -9,8 +9,6 @@
 
 #include "packet_builder.h"
 
-struct StreamTable;
-
 class ScratchDir {
 public:
     ScratchDir();
@@ -39,17 +37,5 @@ ToolRun runBuiltTool(const ScratchDir& dir, const std::vector<std::string>& argu
 // Runs the program at `path` in the directory.
 ToolRun runProgram(const char* path, const ScratchDir& dir, const std::vector<std::string>& arguments);
 
-// Runs the tool's driver in this process with the given converters.
-ToolRun runInProcess(const ScratchDir& dir, const std::vector<std::string>& arguments, const StreamTable& streams);
-
 // Replaces every hex-dump row key ("0x...": or "(nil)":) by "ADDR".
 std::string maskAddresses(const std::string& text);
-
-// The elements of the document's array: the text between its opener and
-// its closing.
-std::string arrayBody(const std::string& json);
-
-// One capture converted with the built tool: convenience for stream tests.
-// Returns the run; `jsonName` picks the output file (e.g. "in.json").
-ToolRun convertCapture(const Capture& capture, const std::vector<std::string>& options,
-                       const std::string& inputName = "in.bin");
