@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "trace/json_text.h"
+#include "trace/json_builder.h"
 
 // The values of "prop" that the trace uses beyond "args": pairing of work
 // across streams, counters and the choice of thread.

@@ -53,10 +53,12 @@ bool isHardwareWork(std::string_view name)
 void appendNumber(std::string& text, std::uint64_t value) { text += std::to_string(value); }
 
 // Every event goes through here: separators between events, one per line.
-void writeEvent(TraceExport& trace)
+// The event is trace.event followed by `rest`.
+void writeEvent(TraceExport& trace, std::string_view rest = {})
 {
     trace.out->write(trace.anyEvent ? ",\n" : "\n");
     trace.out->write(trace.event);
+    if (!rest.empty()) trace.out->write(rest);
     trace.anyEvent = true;
 }
 
@@ -227,9 +229,8 @@ void exportElement(TraceExport& trace, ProcessThreads& process, const Element& e
         else
             addTime(e, "dur", end - element.start);
         e += ",\"args\":";
-        e += element.args;
-        e += '}';
-        writeEvent(trace);
+        writeEvent(trace, element.args);
+        trace.out->write("}");
         linkWork(trace, process, element, FlowEnd{element.start, process.pid, thread->tid});
     }
     writeCounters(trace, process, element);

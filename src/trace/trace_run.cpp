@@ -9,7 +9,6 @@
 #include <unistd.h>
 #include <vector>
 
-#include "driver/discovery.h"
 #include "driver/run.h"
 #include "json/document.h"
 #include "json/output.h"
@@ -17,118 +16,11 @@
 #include "stream/reader.h"
 #include "stream/stream_file.h"
 #include "trace/element_stream.h"
-#include "trace/line_cutter.h"
+#include "trace/console_filter.h"
 #include "trace/trace_export.h"
+#include "trace/trace_options.h"
 
 namespace {
-
-constexpr const char* kDefaultTraceName = "zyntel_trace.json";
-
-const char* const kUsage = "Usage: zyntelbin2trace [-o OUT] [-q] [FILE...]\n";
-const char* const kHelp =
-    "Converts captures of the firmware, host and client streams into one trace of the Trace Event\n"
-    "Format, for timeline viewers.\n"
-    "\n"
-    "  -o OUT     write the trace to OUT (default zyntel_trace.json); '-' writes it to standard\n"
-    "             output and the console lines to standard error\n"
-    "  -q         no progress lines\n"
-    "  --help     this text\n"
-    "  --version  the version\n"
-    "\n"
-    "Without FILE the stream files of the current directory are converted: zyntel_fw_*.bin,\n"
-    "zyntel_host_*.bin, zyntel_client_*.bin.\n";
-
-struct TraceOptions {
-    const char* outputName = kDefaultTraceName;
-    bool quiet = false;
-    std::vector<std::string> inputs;
-};
-
-enum class Parsed { Run, Exit, Usage };
-
-Parsed parseTraceOptions(int argc, const char* const* argv, TraceOptions& options)
-{
-    bool optionsEnded = false;
-    for (int i = 1; i < argc; ++i) {
-        std::string_view argument = argv[i];
-        if (optionsEnded || argument.empty() || argument[0] != '-' || argument == "-") {
-            options.inputs.emplace_back(argument);
-        } else if (argument == "--") {
-            optionsEnded = true;
-        } else if (argument == "--help" || argument == "-h") {
-            console().print("%s\n%s", kUsage, kHelp);
-            return Parsed::Exit;
-        } else if (argument == "--version") {
-            console().print("%s %s (converters of zyntelbin2json version %u)\n", kTraceToolName, kTraceToolVersion,
-                            kToolVersion);
-            return Parsed::Exit;
-        } else if (argument == "-q") {
-            options.quiet = true;
-        } else if (argument == "-o") {
-            if (++i == argc) {
-                errorConsole().print("%s: -o needs a file name\n", kTraceToolName);
-                return Parsed::Usage;
-            }
-            options.outputName = argv[i];
-        } else {
-            errorConsole().print("%s: unknown option '%s'\n", kTraceToolName, argv[i]);
-            return Parsed::Usage;
-        }
-    }
-    return Parsed::Run;
-}
-
-// The stream files of the current directory, firmware first, then host,
-// then client, as zyntelbin2json finds them.
-void discoverInputs(std::vector<std::string>& inputs)
-{
-    const char* prefixes[] = {kFirmwarePrefix, kHostPrefix, kClientPrefix};
-    StreamFileListing listing;
-    if (!listing.isOpen()) return;
-    for (const char* prefix : prefixes) {
-        std::int32_t count = countStreamFiles(prefix);
-        listing.rewind();
-        for (std::int32_t i = 0; i < count; ++i) {
-            const char* name = listing.next(prefix);
-            if (!name) break;
-            inputs.emplace_back(name);
-        }
-    }
-}
-
-// Console lines of the converters pass through here: progress and
-// information lines are left out, the damage reports are counted and kept.
-struct ConsoleFilter {
-    Output* shown = nullptr;
-    LineCutter lines;
-    std::uint32_t warnings = 0;
-};
-
-bool startsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
-
-bool isProgressLine(std::string_view line)
-{
-    for (const char* stream : {"Firmware packet ", "Host packet ", "Client packet "})
-        if (startsWith(line, stream) && line.size() > 3 && line.substr(line.size() - 3) == "...") return true;
-    return line.empty() || startsWith(line, "info: ") || startsWith(line, "Printing start packet") ||
-           startsWith(line, "Printing end packet");
-}
-
-void onConsoleLine(void* context, std::string_view line)
-{
-    auto& filter = *static_cast<ConsoleFilter*>(context);
-    if (isProgressLine(line)) return;
-    if (startsWith(line, "warning") || startsWith(line, "Warning") || startsWith(line, "error") ||
-        startsWith(line, "Error"))
-        ++filter.warnings;
-    filter.shown->write(line);
-    filter.shown->write("\n");
-}
-
-void writeToConsoleFilter(void* context, const char* text, std::size_t length)
-{
-    cutLines(static_cast<ConsoleFilter*>(context)->lines, text, length);
-}
 
 // An input file as found before the conversion.
 struct Input {
@@ -203,8 +95,7 @@ TraceInput convertInput(const Input& input, TraceExport& trace, ConsoleFilter& f
     } else {
         console().print("error: %s could not be opened again: %s\n", input.name.c_str(), std::strerror(errno));
     }
-    console().flush();
-    finishLines(filter.lines);
+    flushConsoleFilter(filter);
 
     TraceInput summary{input.name, stream.streamName, file->packetsRead, file->packetsProcessed, filter.warnings};
     if (!options.quiet)
@@ -251,6 +142,66 @@ int streamOrder(StreamKind stream)
 
 void failedWrite(void* context, int) { *static_cast<bool*>(context) = true; }
 
+// The inputs that are captures; the others are named and skipped.
+std::vector<Input> inspectInputs(const std::vector<std::string>& names)
+{
+    std::vector<Input> inputs;
+    for (const std::string& name : names) {
+        Input input{name, static_cast<int>(inputs.size()) + 1};
+        std::string reason;
+        if (inspectInput(input, reason))
+            inputs.push_back(input);
+        else
+            errorConsole().print("%s: %s: %s, skipped\n", kTraceToolName, name.c_str(), reason.c_str());
+    }
+    return inputs;
+}
+
+void reportUnwritable(const char* outputName, int error)
+{
+    errorConsole().print("%s: %s: cannot be written: %s\n", kTraceToolName, outputName, std::strerror(error));
+}
+
+// Converts the inputs into the trace, under a temporary name that is
+// renamed at the end; returns the exit status.
+int exportTrace(const std::vector<Input>& inputs, const TraceOptions& options, ConsoleFilter& filter)
+{
+    bool toStandardOutput = std::strcmp(options.outputName, "-") == 0;
+    std::string temporaryName = std::string(options.outputName) + ".partial";
+    Output trace;
+    if (toStandardOutput) {
+        trace.attachDescriptor(STDOUT_FILENO, false);
+    } else if (!trace.create(temporaryName.c_str())) {
+        reportUnwritable(options.outputName, errno);
+        return 2;
+    }
+    bool writeFailed = false;
+    trace.setFailureHook(failedWrite, &writeFailed);
+
+    auto exported = std::make_unique<TraceExport>();
+    startTrace(*exported, trace);
+    std::vector<TraceInput> summaries(inputs.size());
+    resetBlankHeaderCount();
+    for (int order = 0; order < 3; ++order)
+        for (const Input& input : inputs)
+            if (streamOrder(input.stream) == order)
+                summaries[static_cast<std::size_t>(input.pid - 1)] = convertInput(input, *exported, filter, options);
+    finishTrace(*exported, summaries);
+
+    int error = trace.close() ? 0 : errno;
+    if (!writeFailed && !toStandardOutput && std::rename(temporaryName.c_str(), options.outputName) != 0) {
+        error = errno;
+        writeFailed = true;
+    }
+    if (writeFailed) {
+        reportUnwritable(options.outputName, error ? error : EIO);
+        if (!toStandardOutput) ::unlink(temporaryName.c_str());
+        return 2;
+    }
+    printThreadTable(*filter.shown, *exported);
+    return 0;
+}
+
 } // namespace
 
 int runTraceTool(int argc, const char* const* argv)
@@ -258,7 +209,7 @@ int runTraceTool(int argc, const char* const* argv)
     TraceOptions options;
     switch (parseTraceOptions(argc, argv, options)) {
     case Parsed::Exit: return 0;
-    case Parsed::Usage: errorConsole().print("%s", kUsage); return 1;
+    case Parsed::Usage: errorConsole().print("%s", kTraceUsage); return 1;
     case Parsed::Run: break;
     }
     if (options.inputs.empty()) discoverInputs(options.inputs);
@@ -269,74 +220,20 @@ int runTraceTool(int argc, const char* const* argv)
     }
 
     // Console lines go where the trace does not.
-    bool toStandardOutput = std::strcmp(options.outputName, "-") == 0;
     Output shown;
-    shown.attachDescriptor(toStandardOutput ? STDERR_FILENO : STDOUT_FILENO, false);
+    shown.attachDescriptor(std::strcmp(options.outputName, "-") == 0 ? STDERR_FILENO : STDOUT_FILENO, false);
     ConsoleFilter filter;
-    filter.shown = &shown;
-    filter.lines.onLine = onConsoleLine;
-    filter.lines.context = &filter;
-    Output filtered;
-    filtered.attachSink(writeToConsoleFilter, &filter);
-    redirectConsole(&filtered, nullptr);
+    startConsoleFilter(filter, shown);
 
-    std::vector<Input> inputs;
-    for (const std::string& name : options.inputs) {
-        Input input{name, static_cast<int>(inputs.size()) + 1};
-        std::string reason;
-        if (inspectInput(input, reason))
-            inputs.push_back(input);
-        else
-            errorConsole().print("%s: %s: %s, skipped\n", kTraceToolName, name.c_str(), reason.c_str());
-    }
-
-    int status = 0;
+    int status;
+    std::vector<Input> inputs = inspectInputs(options.inputs);
     if (inputs.empty()) {
         errorConsole().print("%s: none of the inputs could be read\n", kTraceToolName);
         status = 2;
+    } else {
+        status = exportTrace(inputs, options, filter);
     }
-
-    std::string temporaryName = std::string(options.outputName) + ".partial";
-    Output trace;
-    bool writeFailed = false;
-    if (status == 0) {
-        if (toStandardOutput) {
-            trace.attachDescriptor(STDOUT_FILENO, false);
-        } else if (!trace.create(temporaryName.c_str())) {
-            errorConsole().print("%s: %s: cannot be written: %s\n", kTraceToolName, options.outputName,
-                                 std::strerror(errno));
-            status = 2;
-        }
-    }
-    if (status == 0) {
-        trace.setFailureHook(failedWrite, &writeFailed);
-        auto exported = std::make_unique<TraceExport>();
-        startTrace(*exported, trace);
-        std::vector<TraceInput> summaries(inputs.size());
-        resetBlankHeaderCount();
-        for (int order = 0; order < 3; ++order)
-            for (const Input& input : inputs)
-                if (streamOrder(input.stream) == order)
-                    summaries[static_cast<std::size_t>(input.pid - 1)] =
-                        convertInput(input, *exported, filter, options);
-        finishTrace(*exported, summaries);
-        int closeError = 0;
-        if (!trace.close()) closeError = errno;
-        if (writeFailed) {
-            errorConsole().print("%s: %s: cannot be written: %s\n", kTraceToolName, options.outputName,
-                                 std::strerror(closeError ? closeError : EIO));
-            if (!toStandardOutput) ::unlink(temporaryName.c_str());
-            status = 2;
-        } else if (!toStandardOutput && std::rename(temporaryName.c_str(), options.outputName) != 0) {
-            errorConsole().print("%s: %s: cannot be written: %s\n", kTraceToolName, options.outputName,
-                                 std::strerror(errno));
-            ::unlink(temporaryName.c_str());
-            status = 2;
-        }
-        if (status == 0) printThreadTable(shown, *exported);
-    }
-    filtered.close();
-    redirectConsole(nullptr, nullptr);
+    stopConsoleFilter(filter);
     shown.flush();
     return status;
 }

@@ -1,0 +1,320 @@
+#include "trace/json_builder.h"
+
+#include <cstring>
+#include <memory>
+
+char* JsonBuilder::room(std::size_t length)
+{
+    if (capacity_ - used_ < length) {
+        std::size_t capacity = capacity_ * 2 > used_ + length ? capacity_ * 2 : used_ + length + 4096;
+        auto data = std::make_unique_for_overwrite<char[]>(capacity);
+        if (used_) std::memcpy(data.get(), data_.get(), used_);
+        data_ = std::move(data);
+        capacity_ = capacity;
+    }
+    return data_.get() + used_;
+}
+
+void JsonBuilder::put(char c)
+{
+    *room(1) = c;
+    ++used_;
+}
+
+void JsonBuilder::putString(std::string_view text)
+{
+    char* end = writeJsonString(room(kMostJsonStringBytes(text.size())), text);
+    used_ = static_cast<std::size_t>(end - data_.get());
+}
+
+void JsonBuilder::begin()
+{
+    used_ = 0;
+    renamed_.clear();
+    levels_.clear();
+    keyCount_ = 0;
+    keyPending_ = false;
+    openObject();
+}
+
+void JsonBuilder::beforeValue()
+{
+    if (levels_.empty()) return;
+    Level& level = levels_.back();
+    if (level.isObject && !keyPending_) key(""); // a value needs a name inside an object
+    if (!level.isObject && !level.empty) put(',');
+    level.empty = false;
+    keyPending_ = false;
+}
+
+void JsonBuilder::openObject()
+{
+    beforeValue();
+    put('{');
+    levels_.push_back({true, true, keyCount_, 0});
+}
+
+void JsonBuilder::openArray()
+{
+    beforeValue();
+    put('[');
+    levels_.push_back({false, true, keyCount_, 0});
+}
+
+void JsonBuilder::close()
+{
+    if (levels_.empty()) return;
+    if (keyPending_) stringValue("");
+    Level level = levels_.back();
+    levels_.pop_back();
+    keyCount_ = level.firstKey;
+    put(level.isObject ? '}' : ']');
+}
+
+void JsonBuilder::closeAll()
+{
+    while (!levels_.empty()) close();
+}
+
+namespace {
+
+// A bit per name, so that most names are known to be new without a search.
+std::uint64_t nameBit(std::string_view name)
+{
+    std::size_t mix = name.size() * 7 + (name.empty() ? 0 : static_cast<unsigned char>(name.front()) +
+                                                                 static_cast<unsigned char>(name.back()) * 3);
+    return std::uint64_t{1} << (mix & 63);
+}
+
+} // namespace
+
+void JsonBuilder::key(std::string_view name)
+{
+    if (!inObject()) return;
+    if (keyPending_) stringValue("");
+    Level& level = levels_.back();
+    if (!level.empty) put(',');
+    level.empty = false;
+
+    if (keyCount_ == keys_.size()) keys_.emplace_back();
+    Key& entry = keys_[keyCount_];
+    entry.given = name;
+    entry.written = name;
+    std::uint64_t bit = nameBit(name);
+    if (level.names & bit) {
+        const std::size_t end = keyCount_;
+        auto used = [&](std::string_view written) {
+            for (std::size_t i = level.firstKey; i < end; ++i)
+                if (keys_[i].written == written) return true;
+            return false;
+        };
+        int copy = 1;
+        for (std::size_t i = level.firstKey; i < end; ++i)
+            if (keys_[i].given == name) ++copy;
+        if (copy > 1 || used(name)) {
+            if (copy < 2) copy = 2;
+            std::string& renamed = renamed_.emplace_back();
+            do {
+                renamed.assign(name);
+                renamed += " (" + std::to_string(copy++) + ")";
+            } while (used(renamed));
+            entry.written = renamed;
+        }
+    }
+    level.names |= bit | nameBit(entry.written);
+    ++keyCount_;
+    putString(entry.written);
+    put(':');
+    keyPending_ = true;
+}
+
+void JsonBuilder::stringValue(std::string_view text)
+{
+    beforeValue();
+    putString(text);
+}
+
+void JsonBuilder::looseValue(std::string_view text)
+{
+    beforeValue();
+    if (isJsonNumber(text)) {
+        std::memcpy(room(text.size()), text.data(), text.size());
+        used_ += text.size();
+    } else {
+        putString(text);
+    }
+}
+
+namespace {
+
+constexpr int kDeepestStrictNesting = 32;
+constexpr std::size_t kMostStrictNames = 512;
+
+bool isWhiteSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
+
+// Indentation comes in long runs of spaces: eight at a time.
+std::size_t skipWhiteSpace(std::string_view text, std::size_t at)
+{
+    constexpr std::uint64_t kEightSpaces = 0x2020202020202020;
+    for (;;) {
+        while (at + 8 <= text.size()) {
+            std::uint64_t word;
+            std::memcpy(&word, text.data() + at, 8);
+            if (word != kEightSpaces) break;
+            at += 8;
+        }
+        if (at >= text.size() || !isWhiteSpace(text[at])) return at;
+        ++at;
+    }
+}
+
+// A strict JSON string at text[at] == '"' with only ASCII inside; returns
+// the index after its closing quote, or 0.
+std::size_t strictStringEnd(std::string_view text, std::size_t at)
+{
+    for (std::size_t i = at + 1; i < text.size(); ++i) {
+        auto byte = static_cast<unsigned char>(text[i]);
+        if (byte == '"') return i + 1;
+        if (byte < 0x20 || byte >= 0x7F) return 0;
+        if (byte != '\\') continue;
+        char next = i + 1 < text.size() ? text[i + 1] : '\0';
+        if (next == 'u') {
+            if (i + 5 >= text.size() || !isHexDigit(text[i + 2]) || !isHexDigit(text[i + 3]) || !isHexDigit(text[i + 4]) ||
+                !isHexDigit(text[i + 5]))
+                return 0;
+            i += 5;
+        } else if (next == '"' || next == '\\' || next == '/' || next == 'b' || next == 'f' || next == 'n' ||
+                   next == 'r' || next == 't') {
+            ++i;
+        } else {
+            return 0;
+        }
+    }
+    return 0;
+}
+
+// A strict JSON number at text[at]; returns the index after it, or 0.
+std::size_t strictNumberEnd(std::string_view text, std::size_t at)
+{
+    std::size_t i = at;
+    while (i < text.size() && ((text[i] >= '0' && text[i] <= '9') || text[i] == '-' || text[i] == '+' ||
+                               text[i] == '.' || text[i] == 'e' || text[i] == 'E'))
+        ++i;
+    return i > at && isJsonNumber(text.substr(at, i - at)) ? i : 0;
+}
+
+} // namespace
+
+bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, MemberHook onMember, void* context)
+{
+    if (!inObject() || keyPending_ || at >= text.size() || text[at] != '{') return false;
+    Level& outer = levels_.back();
+    // Without white space the copy is never longer than the text.
+    char* const start = room(text.size() - at + 1);
+    char* o = start;
+    if (!outer.empty) *o++ = ',';
+
+    struct Open {
+        bool isObject;
+        std::size_t firstName; // into names
+        std::uint64_t bits;
+    };
+    Open open[kDeepestStrictNesting + 1];
+    int depth = 0;
+    open[0] = {true, 0, outer.names};
+    if (strictNames_.size() < kMostStrictNames) strictNames_.resize(kMostStrictNames);
+    std::string_view* names = strictNames_.data();
+    std::size_t nameCount = 0;
+    std::string_view name;         // the last name of the members level
+    enum { NameOrClose, Name, Colon, Value, ValueOrClose, CommaOrClose } expect = NameOrClose;
+
+    std::size_t i = at + 1;
+    for (;;) {
+        i = skipWhiteSpace(text, i);
+        if (i >= text.size()) return false;
+        char c = text[i];
+        Open& top = open[depth];
+        if (c == '}' || c == ']') {
+            if ((c == '}') != top.isObject) return false;
+            if (expect == (top.isObject ? Name : Value))
+                --o; // a comma before the closing bracket is left out
+            else if (expect != CommaOrClose && expect != (top.isObject ? NameOrClose : ValueOrClose))
+                return false;
+            ++i;
+            if (depth == 0) break;
+            nameCount = top.firstName;
+            *o++ = c;
+            --depth;
+            expect = CommaOrClose;
+            continue;
+        }
+        if (c == ',') {
+            if (expect != CommaOrClose) return false;
+            *o++ = ',';
+            ++i;
+            expect = top.isObject ? Name : Value;
+            continue;
+        }
+        if (c == ':') {
+            if (expect != Colon) return false;
+            *o++ = ':';
+            ++i;
+            expect = Value;
+            continue;
+        }
+        if (expect == Name || expect == NameOrClose) {
+            std::size_t end = c == '"' ? strictStringEnd(text, i) : 0;
+            if (end == 0) return false;
+            std::string_view key = text.substr(i + 1, end - i - 2);
+            std::uint64_t bit = nameBit(key);
+            if (top.bits & bit) {
+                for (std::size_t n = top.firstName; n < nameCount; ++n)
+                    if (names[n] == key) return false;
+                if (depth == 0)
+                    for (std::size_t n = outer.firstKey; n < keyCount_; ++n)
+                        if (keys_[n].written == key) return false;
+            }
+            if (nameCount == kMostStrictNames) return false;
+            top.bits |= bit;
+            names[nameCount++] = key;
+            if (depth == 0) name = key;
+            std::memcpy(o, text.data() + i, end - i);
+            o += end - i;
+            i = end;
+            expect = Colon;
+            continue;
+        }
+        if (expect != Value && expect != ValueOrClose) return false;
+        if (c == '{' || c == '[') {
+            if (depth == kDeepestStrictNesting) return false;
+            *o++ = c;
+            ++i;
+            open[++depth] = {c == '{', nameCount, 0};
+            expect = c == '{' ? NameOrClose : ValueOrClose;
+            continue;
+        }
+        std::size_t end = c == '"' ? strictStringEnd(text, i) : strictNumberEnd(text, i);
+        if (end == 0) return false;
+        std::memcpy(o, text.data() + i, end - i);
+        o += end - i;
+        if (depth == 0 && onMember)
+            onMember(context, name, c == '"' ? text.substr(i + 1, end - i - 2) : text.substr(i, end - i));
+        i = end;
+        expect = CommaOrClose;
+    }
+
+    // Copied: the names of the members level join the current object.
+    if (nameCount == 0) {
+        o = start; // an empty object adds nothing, not even the comma
+    } else {
+        outer.empty = false;
+        outer.names = open[0].bits;
+    }
+    for (std::size_t n = 0; n < nameCount; ++n) {
+        if (keyCount_ == keys_.size()) keys_.emplace_back();
+        keys_[keyCount_++] = {names[n], names[n]};
+    }
+    used_ += static_cast<std::size_t>(o - start);
+    at = i;
+    return true;
+}
