@@ -21,7 +21,7 @@ const chromium = '/usr/bin/chromium';
 const require = createRequire(import.meta.url);
 
 function missing(what) {
-  console.error(`browser test: ${what} is missing; run tools/install_browser_test_dependencies.sh`);
+  console.error(`browser test: cannot run without ${what}; run tools/install_browser_test_dependencies.sh`);
   process.exit(process.env.CI ? 1 : 77);
 }
 if (!fs.existsSync(chromium)) missing(chromium);
