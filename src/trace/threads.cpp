@@ -146,7 +146,10 @@ TraceThread* placeEvent(ProcessThreads& process, const char* kind, std::uint64_t
     created = false;
     ThreadKind* threadKind = nullptr;
     for (ThreadKind& known : process.kinds)
-        if (known.name == kind || std::strcmp(known.name, kind) == 0) threadKind = &known;
+        if (known.name == kind) threadKind = &known;
+    if (!threadKind) // the same text may sit at more than one address
+        for (ThreadKind& known : process.kinds)
+            if (std::strcmp(known.name, kind) == 0) threadKind = &known;
     if (!threadKind) threadKind = &process.kinds.emplace_back(ThreadKind{kind, {}});
 
     for (TraceThread* thread : threadKind->threads) {
