@@ -34,6 +34,11 @@ FAULTS = [
      'file.packetsDropped += ordinal - file.lastOrdinal - 1;', 'file.packetsDropped += ordinal - file.lastOrdinal;'),
     # output layer
     ('client api range for OpenGL cut', 'json/envelope.cpp', '{160, 176, "OpenGL"}', '{160, 175, "OpenGL"}'),
+    ('hex dump gap after the third byte', 'json/envelope.cpp', "if (i % 4 == 3) *at++ = ' ';", "if (i % 4 == 2) *at++ = ' ';"),
+    ('hex digits of the output layer upper case', 'json/format_writer.h',
+     'const char* set = upper ? "0123456789ABCDEF" : "0123456789abcdef";',
+     'const char* set = upper ? "0123456789ABCDEF" : "0123456789ABCDEF";'),
+    ('document closing without its line feed', 'json/document.cpp', 'file.out.write("\\n  ]\\n}");', 'file.out.write("  ]\\n}");'),
     # firmware
     ('pairing slot of TA resume swapped', 'fw/fw_correlated_hardware.cpp',
      'case 0x08: case 0x19: return {HardwareRole::Begin, 2};', 'case 0x08: return {HardwareRole::Begin, 2};\n    case 0x19: return {HardwareRole::Begin, 3};'),
@@ -48,6 +53,10 @@ FAULTS = [
     ('UFO fixed part one word shorter', 'fw/ufo_list.cpp',
      'std::int64_t room = static_cast<std::int64_t>(packetSize) - kUfoFixedBytes;',
      'std::int64_t room = static_cast<std::int64_t>(packetSize) - kUfoFixedBytes + 4;'),
+    ('counter ids registered under the full block id', 'fw/counter_registration.cpp',
+     'table.set(id & 0x7FFF, j, counterId);', 'table.set(id, j, counterId);'),
+    ('frequency-scaling pairs share one slot', 'fw/fw_correlated_dvfs.cpp',
+     'fwOpenEvents().frequencyScaling[beginSubEvent / 2]', 'fwOpenEvents().frequencyScaling[0]'),
     # host
     ('enqueue fence keys from 40 bytes', 'host/host_records.cpp', 'if (size > 40) {', 'if (size >= 40) {'),
     ('clock sync OS timestamp read at 40', 'host/host_records.cpp',
@@ -63,6 +72,10 @@ FAULTS = [
      'if (type > kGlesBase) return pendingSlot(p.u32(24));', 'if (type < kGlBase) return pendingSlot(p.u32(24));'),
     ('invocation separator rule flipped', 'client/client_raw.cpp',
      'const char* separator = i + 1 < count ? "," : "";', 'const char* separator = i + 1 <= count ? "," : "";'),
+    ('host fence-wait end type misspelt', 'host/host_correlated.cpp',
+     '"        \\"Type\\": \\"end\\",', '"        \\"Type\\": \\"End\\",'),
+    ('GL TQ kicks share the GLES slot', 'client/client_correlated.cpp',
+     'return pendingSlot(kGlTqKickSlot);', 'return pendingSlot(kGlesTqKickSlot);'),
     # client API payloads
     ('Vulkan render area height read at 72', 'client/api/vulkan_api_info.cpp',
      'r.i32(64), r.i32(68));\n    printReference(out, r, 72);', 'r.i32(64), r.i32(72));\n    printReference(out, r, 72);'),

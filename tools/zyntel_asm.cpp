@@ -22,7 +22,7 @@
 // osid=N (type word bits 24-28), thread (type word bit 15).
 //
 // Fields are written one after another from packet offset 24:
-//   u8 u16 u32 u64       set the width of the numbers that follow (first u32)
+//   u8 u16 u32 i32 u64   set the width of the numbers that follow (first u32)
 //   NUMBER               decimal, 0x hex or negative (two's complement)
 //   "text" / "text":N    the text's bytes / NUL-padded or cut to N bytes;
 //                        \n, \t, \0, \" and \\ escapes
@@ -159,6 +159,8 @@ std::vector<std::string> tokens(const std::string& line, int lineNumber)
     return result;
 }
 
+constexpr std::uint64_t kLargestOffset = 1 << 20;
+
 // Bytes written at a cursor that `@N` moves; `base` is the offset of the
 // first byte (24 for a packet's payload, 0 for raw bytes).
 struct FieldWriter {
@@ -175,12 +177,13 @@ struct FieldWriter {
 
     void field(const std::string& token, int line)
     {
-        static const std::map<std::string, int> widths{{"u8", 1}, {"u16", 2}, {"u32", 4}, {"u64", 8}};
+        static const std::map<std::string, int> widths{{"u8", 1}, {"u16", 2}, {"u32", 4}, {"i32", 4}, {"u64", 8}};
         if (auto found = widths.find(token); found != widths.end()) {
             width = found->second;
         } else if (token.starts_with("@")) {
             std::uint64_t offset = number(token.substr(1), line);
             if (offset < base) fail(line, "offset inside the header: " + token);
+            if (offset > kLargestOffset) fail(line, "offset past any capture this tool makes: " + token);
             cursor = offset - base;
             if (bytes.size() < cursor) bytes.resize(cursor, 0);
         } else if (token.starts_with("\"")) {
