@@ -26,20 +26,11 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: %s <directory>\n", argv[0]);
         return 1;
     }
-    StreamWriter fw(kFirmwareStream), host(kHostStream), client(kClientStream);
-    firmwareStart(fw);
-    hostStart(host);
-    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
-        firmwareFrame(fw, frame, 1);
-        hostFrame(host, frame);
-        clientFrame(client, frame);
-    }
-    firmwareEnd(fw);
-
+    const SampleCaptures samples = sampleCaptures();
     std::string directory = argv[1];
-    bool ok = writeCapture(directory + "/zyntel_fw_sample.bin", fw.capture) &&
-              writeCapture(directory + "/zyntel_host_sample.bin", host.capture) &&
-              writeCapture(directory + "/zyntel_client_sample.bin", client.capture);
+    bool ok = writeCapture(directory + "/zyntel_fw_sample.bin", samples.firmware) &&
+              writeCapture(directory + "/zyntel_host_sample.bin", samples.host) &&
+              writeCapture(directory + "/zyntel_client_sample.bin", samples.client);
     if (!ok) std::fprintf(stderr, "make_samples: cannot write into %s\n", directory.c_str());
     return ok ? 0 : 1;
 }

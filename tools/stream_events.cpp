@@ -99,3 +99,17 @@ void clientFrame(StreamWriter& client, std::uint32_t frame)
     for (std::uint32_t type : {129u, 130u})
         client.capture.add(client.next(type, 5).i32(5).i32(1234).u32s({0, 0, 242}).text("vkCmdBindPipeline", 44).u32s({7, 5}));
 }
+
+SampleCaptures sampleCaptures()
+{
+    StreamWriter fw(kFirmwareStream), host(kHostStream), client(kClientStream);
+    firmwareStart(fw);
+    hostStart(host);
+    for (std::uint32_t frame = 1; frame <= 3; ++frame) {
+        firmwareFrame(fw, frame, 1);
+        hostFrame(host, frame);
+        clientFrame(client, frame);
+    }
+    firmwareEnd(fw);
+    return {fw.capture, host.capture, client.capture};
+}

@@ -41,3 +41,9 @@ void hostFrame(StreamWriter& host, std::uint32_t frame);
 // Client: per frame an enqueue, an EGL mark pair, GLES draws, a mark point,
 // an OpenCL call and a Vulkan mark pair.
 void clientFrame(StreamWriter& client, std::uint32_t frame);
+
+// The sample captures: three frames of each stream's events.
+struct SampleCaptures {
+    Capture firmware, host, client;
+};
+SampleCaptures sampleCaptures();
