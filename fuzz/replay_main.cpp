@@ -1,6 +1,6 @@
 // Replays saved inputs through a fuzz target's entry function, for builds
 // without libFuzzer:
-//   <target>_replay <folder or file>...
+//   <name>_fuzz <folder or file>...
 // Every file of each folder is fed once, in name order. A crash or a
 // sanitizer report ends the process as it would end the fuzzer. Finding no
 // input at all is a failure, so that a misplaced corpus cannot pass unseen.
