@@ -170,7 +170,10 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
 {
     element.hasStart = element.hasEnd = false;
     element.start = element.end = 0;
+    // Views left from the previous element would point into text that is
+    // gone: an element holds only views into its own body.
     element.name = {};
+    for (std::string_view& prop : element.props) prop = {};
     element.propsFound = 0;
     builder.begin();
 
