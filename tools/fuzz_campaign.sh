@@ -37,7 +37,7 @@ while kill -0 "$pid" 2>/dev/null; do
     sleep 5
 done
 wait "$pid" || true
-if ls "$work"/crash-* "$work"/leak-* "$work"/oom-* "$work"/timeout-* >/dev/null 2>&1; then
+if ls "$work" | grep -qE '^(crash|leak|oom|timeout)-'; then
     echo "$target: finding kept in $work; see $work/log" >&2
     exit 1
 fi

@@ -3,17 +3,20 @@
 // giving <directory>/<target>/<seed>. Every target gets the sample captures
 // and a capture with one packet of every event type of its stream (one past
 // the last named type included); the stream targets also get each of those
-// packets alone. A campaign starts from these; libFuzzer's merge keeps only
+// packets alone, the trace target the tool's correlated text of them. A campaign starts from these; libFuzzer's merge keeps only
 // what adds coverage.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "client/client_types.h"
+#include "driver/run.h"
 #include "fw/fw_names.h"
 #include "host/host_names.h"
+#include "json/output.h"
 #include "stream_events.h"
 
 namespace {
@@ -63,11 +66,18 @@ void addApiDetails(std::vector<Bytes>& packets)
         }
 }
 
-void writeSeed(const std::filesystem::path& path, std::uint8_t modeByte, const Bytes& body)
+void writeFile(const std::filesystem::path& path, const Bytes& bytes)
 {
     std::ofstream file(path, std::ios::binary);
-    file.put(static_cast<char>(modeByte));
-    file.write(reinterpret_cast<const char*>(body.data()), static_cast<std::streamsize>(body.size()));
+    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+// Every target reads a first byte that picks its options, then its input.
+void writeSeed(const std::filesystem::path& path, std::uint8_t modeByte, const Bytes& body)
+{
+    Bytes seed{modeByte};
+    seed.insert(seed.end(), body.begin(), body.end());
+    writeFile(path, seed);
 }
 
 // The stream targets read a mode byte, then packets each preceded by its
@@ -110,18 +120,54 @@ void writeStreamTarget(const std::filesystem::path& folder, const StreamSeeds& s
         writeSeed(folder / ("packet_" + std::to_string(i)), 0, lengthPrefixed({seeds.packets[i]}));
 }
 
+Capture allTypesCapture(const StreamSeeds& seeds)
+{
+    Capture capture;
+    for (const Bytes& packet : seeds.packets) capture.add(packet);
+    return capture;
+}
+
 // The reader target reads a mode byte and then a capture file.
 void writeReaderTarget(const std::filesystem::path& folder, const std::vector<StreamSeeds>& streams)
 {
     std::filesystem::create_directories(folder);
     for (std::size_t s = 0; s < streams.size(); ++s) {
-        Capture allTypes;
-        for (const Bytes& packet : streams[s].packets) allTypes.add(packet);
+        const Capture allTypes = allTypesCapture(streams[s]);
         for (std::uint8_t mode : {0x00, 0x07}) {
             std::string suffix = std::to_string(s) + "_" + std::to_string(mode);
             writeSeed(folder / ("sample_" + suffix), mode, streams[s].sample.bytes());
             writeSeed(folder / ("all_types_" + suffix), mode, allTypes.bytes());
         }
+    }
+}
+
+// The text the tool writes for a capture in correlated mode.
+Bytes correlatedText(const std::filesystem::path& folder, const Capture& capture)
+{
+    const std::string input = (folder / "capture.bin").string();
+    writeFile(input, capture.bytes());
+    std::string console;
+    Output quiet;
+    quiet.attachString(&console);
+    redirectConsole(&quiet, &quiet);
+    const char* argv[] = {"zyntelbin2json", input.c_str()};
+    runTool(2, argv, builtInStreams());
+    redirectConsole(nullptr, nullptr);
+    std::ifstream json(folder / "capture.json", std::ios::binary);
+    Bytes text{std::istreambuf_iterator<char>(json), std::istreambuf_iterator<char>()};
+    std::filesystem::remove(folder / "capture.bin");
+    std::filesystem::remove(folder / "capture.json");
+    return text;
+}
+
+// The trace target reads a stream byte (firmware, host, client) and then
+// the text the correlated converter wrote.
+void writeTraceTarget(const std::filesystem::path& folder, const std::vector<StreamSeeds>& streams)
+{
+    std::filesystem::create_directories(folder);
+    for (std::uint8_t s = 0; s < streams.size(); ++s) {
+        writeSeed(folder / ("sample_" + std::to_string(s)), s, correlatedText(folder, streams[s].sample));
+        writeSeed(folder / ("all_types_" + std::to_string(s)), s, correlatedText(folder, allTypesCapture(streams[s])));
     }
 }
 
@@ -140,6 +186,7 @@ int main(int argc, char** argv)
     StreamSeeds clientSeeds{samples.client, everyEventType(kClientStream, client::kLastEventType)};
     addApiDetails(clientSeeds.packets);
     writeReaderTarget(directory / "reader", {fwSeeds, hostSeeds, clientSeeds});
+    writeTraceTarget(directory / "trace", {fwSeeds, hostSeeds, clientSeeds});
     writeStreamTarget(directory / "fw_raw", fwSeeds);
     writeStreamTarget(directory / "fw_correlated", fwSeeds);
     writeStreamTarget(directory / "host_raw", hostSeeds);
