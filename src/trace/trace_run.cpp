@@ -142,14 +142,20 @@ int streamOrder(StreamKind stream)
 
 void failedWrite(void* context, int) { *static_cast<bool*>(context) = true; }
 
-// The inputs that are captures; the others are named and skipped.
-std::vector<Input> inspectInputs(const std::vector<std::string>& names)
+// The inputs that are captures; the others are named and skipped. What
+// reading a file's first header printed (a zero header's warning) belongs to
+// that file: it is shown before the file is named as skipped, and never
+// counted among the warnings of the file converted next.
+std::vector<Input> inspectInputs(const std::vector<std::string>& names, ConsoleFilter& filter)
 {
     std::vector<Input> inputs;
     for (const std::string& name : names) {
         Input input{name, static_cast<int>(inputs.size()) + 1};
         std::string reason;
-        if (inspectInput(input, reason))
+        bool isCapture = inspectInput(input, reason);
+        flushConsoleFilter(filter);
+        filter.shown->flush();
+        if (isCapture)
             inputs.push_back(input);
         else
             errorConsole().print("%s: %s: %s, skipped\n", kTraceToolName, name.c_str(), reason.c_str());
@@ -226,7 +232,7 @@ int runTraceTool(int argc, const char* const* argv)
     startConsoleFilter(filter, shown);
 
     int status;
-    std::vector<Input> inputs = inspectInputs(options.inputs);
+    std::vector<Input> inputs = inspectInputs(options.inputs, filter);
     if (inputs.empty()) {
         errorConsole().print("%s: none of the inputs could be read\n", kTraceToolName);
         status = 2;

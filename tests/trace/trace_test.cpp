@@ -145,12 +145,15 @@ TEST_F(SampleSession, CommandLineErrorsAndInputsThatAreNoCaptures)
     EXPECT_EQ(runTrace(dir, {"--version"}).status, 0);
 
     dir.write("notes.bin", Bytes{'n', 'o', 't', 'e', 's'});
+    dir.write("zeros.bin", Bytes(4096, 0));
     std::filesystem::create_directory(dir.path() + "/folder.bin");
-    ToolRun mixed = runTrace(dir, {"-q", "notes.bin", "folder.bin", "missing.bin", "zyntel_host_1.bin"});
+    ToolRun mixed = runTrace(dir, {"-q", "notes.bin", "zeros.bin", "folder.bin", "missing.bin", "zyntel_host_1.bin"});
     EXPECT_EQ(mixed.status, 0);
     for (const char* skipped : {"notes.bin: ", "folder.bin: is a directory", "missing.bin: No such file"})
         EXPECT_NE(mixed.err.find(skipped), std::string::npos) << skipped << "\n" << mixed.err;
-    EXPECT_EQ(json::parse(dir.read("zyntel_trace.json"))["metadata"]["inputs"].size(), 1u);
+    json inputs = json::parse(dir.read("zyntel_trace.json"))["metadata"]["inputs"];
+    EXPECT_EQ(inputs.size(), 1u);
+    EXPECT_EQ(inputs[0]["warnings"], 0) << "a skipped file's warning counted for the next";
     EXPECT_EQ(mixed.out.find("zyntel_host_1.bin: Host stream"), std::string::npos); // -q: no progress
 
     EXPECT_EQ(runTrace(dir, {"notes.bin"}).status, 2);
