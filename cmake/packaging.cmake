@@ -44,5 +44,9 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ZYNTEL_PACKAGE_MAINTAINER}")
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The runtime the programs link, as dpkg-shlibdeps reports it on the build
+# machine of record. Not computed at packaging time: dpkg-shlibdeps fails to
+# map some of the libraries to their package on merged-/usr systems, at
+# random, and then leaves them out of the list without failing.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6 (>= 2.34), libgcc-s1 (>= 3.0), libstdc++6 (>= 11)")
 include(CPack)

@@ -7,7 +7,6 @@ packages=(
     cmake g++ libgtest-dev  # build and unit tests
     nlohmann-json3-dev      # parsing the trace in its tests
     groff-base man-db       # rendering the manual pages
-    dpkg-dev                # dpkg-shlibdeps, for the .deb's dependencies
     llvm-14-tools           # lit and FileCheck, for the end-to-end cases
 )
 
