@@ -20,13 +20,9 @@ int main(int argc, char** argv)
 {
     std::vector<fs::path> inputs;
     for (int i = 1; i < argc; ++i) {
-        std::error_code error;
-        if (!fs::is_directory(argv[i], error)) {
-            inputs.emplace_back(argv[i]);
-            continue;
-        }
-        for (const fs::directory_entry& entry : fs::directory_iterator(argv[i]))
-            if (entry.is_regular_file()) inputs.push_back(entry.path());
+        std::error_code notFolder;
+        for (const fs::directory_entry& entry : fs::directory_iterator(argv[i], notFolder)) inputs.push_back(entry.path());
+        if (notFolder) inputs.emplace_back(argv[i]);
     }
     if (inputs.empty()) {
         std::fprintf(stderr, "replay: no inputs found\n");
