@@ -3,6 +3,8 @@
 #include <cstring>
 #include <memory>
 
+#include "trace/byte_words.h"
+
 char* JsonBuilder::room(std::size_t length)
 {
     if (capacity_ - used_ < length) {
@@ -152,16 +154,14 @@ constexpr std::size_t kMostStrictNames = 512;
 
 bool isWhiteSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
-// Indentation comes in long runs of spaces: eight at a time.
+// Indentation comes in long runs of spaces: a word at a time.
 std::size_t skipWhiteSpace(std::string_view text, std::size_t at)
 {
-    constexpr std::uint64_t kEightSpaces = 0x2020202020202020;
     for (;;) {
         while (at + 8 <= text.size()) {
-            std::uint64_t word;
-            std::memcpy(&word, text.data() + at, 8);
-            if (word != kEightSpaces) break;
-            at += 8;
+            std::size_t spaces = firstMarked(markOther(loadWord(text.data() + at), ' '));
+            at += spaces;
+            if (spaces < 8) break;
         }
         if (at >= text.size() || !isWhiteSpace(text[at])) return at;
         ++at;
@@ -173,6 +173,15 @@ std::size_t skipWhiteSpace(std::string_view text, std::size_t at)
 std::size_t strictStringEnd(std::string_view text, std::size_t at)
 {
     for (std::size_t i = at + 1; i < text.size(); ++i) {
+        // Plain ASCII is passed over a word at a time.
+        while (i + 8 <= text.size()) {
+            std::uint64_t word = loadWord(text.data() + i);
+            std::size_t plain = firstMarked(markEqual(word, '"') | markEqual(word, '\\') | markBelow(word, 0x20) |
+                                            markEqual(word, 0x7F) | markHigh(word));
+            i += plain;
+            if (plain < 8) break;
+        }
+        if (i >= text.size()) return 0;
         auto byte = static_cast<unsigned char>(text[i]);
         if (byte == '"') return i + 1;
         if (byte < 0x20 || byte >= 0x7F) return 0;
@@ -196,7 +205,16 @@ std::size_t strictStringEnd(std::string_view text, std::size_t at)
 // A strict JSON number at text[at]; returns the index after it, or 0.
 std::size_t strictNumberEnd(std::string_view text, std::size_t at)
 {
-    std::size_t i = at;
+    // Most are whole numbers without a leading zero.
+    std::size_t digits = at + (text[at] == '-');
+    std::size_t i = digits;
+    while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i;
+    bool whole = i > digits && (text[digits] != '0' || i == digits + 1);
+    if (whole && (i == text.size() || (text[i] != '.' && text[i] != 'e' && text[i] != 'E' && text[i] != '-' &&
+                                       text[i] != '+')))
+        return i;
+
+    i = at;
     while (i < text.size() && ((text[i] >= '0' && text[i] <= '9') || text[i] == '-' || text[i] == '+' ||
                                text[i] == '.' || text[i] == 'e' || text[i] == 'E'))
         ++i;
@@ -228,9 +246,22 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
     std::string_view name;         // the last name of the members level
     enum { NameOrClose, Name, Colon, Value, ValueOrClose, CommaOrClose } expect = NameOrClose;
 
+    // A plain value: a string or a number.
+    auto copyPlainValue = [&](std::size_t& i, char c) {
+        std::size_t end = c == '"' ? strictStringEnd(text, i) : strictNumberEnd(text, i);
+        if (end == 0) return false;
+        std::memcpy(o, text.data() + i, end - i);
+        o += end - i;
+        if (depth == 0 && onMember)
+            onMember(context, name, c == '"' ? text.substr(i + 1, end - i - 2) : text.substr(i, end - i));
+        i = end;
+        expect = CommaOrClose;
+        return true;
+    };
+
     std::size_t i = at + 1;
     for (;;) {
-        i = skipWhiteSpace(text, i);
+        if (i < text.size() && static_cast<unsigned char>(text[i]) <= ' ') i = skipWhiteSpace(text, i);
         if (i >= text.size()) return false;
         char c = text[i];
         Open& top = open[depth];
@@ -282,6 +313,15 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
             o += end - i;
             i = end;
             expect = Colon;
+            // Most members are "name": value, read in one go.
+            if (i + 2 < text.size() && text[i] == ':' && text[i + 1] == ' ') {
+                char v = text[i + 2];
+                if (v == '"' || v == '-' || (v >= '0' && v <= '9')) {
+                    *o++ = ':';
+                    i += 2;
+                    if (!copyPlainValue(i, v)) return false;
+                }
+            }
             continue;
         }
         if (expect != Value && expect != ValueOrClose) return false;
@@ -293,14 +333,7 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
             expect = c == '{' ? NameOrClose : ValueOrClose;
             continue;
         }
-        std::size_t end = c == '"' ? strictStringEnd(text, i) : strictNumberEnd(text, i);
-        if (end == 0) return false;
-        std::memcpy(o, text.data() + i, end - i);
-        o += end - i;
-        if (depth == 0 && onMember)
-            onMember(context, name, c == '"' ? text.substr(i + 1, end - i - 2) : text.substr(i, end - i));
-        i = end;
-        expect = CommaOrClose;
+        if (!copyPlainValue(i, c)) return false;
     }
 
     // Copied: the names of the members level join the current object.

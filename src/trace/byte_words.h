@@ -1,0 +1,53 @@
+// Eight bytes of text at a time: the text's scanners look for the few bytes
+// that matter (quotes, backslashes, control bytes, the end of indentation)
+// a word at a time and pass over the bytes between them in one step.
+//
+// A mark is the high bit of a byte. In each test below the lowest marked
+// byte is exact; bytes above it may be marked falsely (a borrow runs up),
+// so only firstMarked() is ever asked.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+constexpr std::uint64_t kEveryByte = 0x0101010101010101;
+constexpr std::uint64_t kHighBits = 0x8080808080808080;
+
+// The first byte of the text is the word's lowest byte, whatever the
+// machine's byte order, so that borrows run towards later bytes.
+inline std::uint64_t loadWord(const char* at)
+{
+    std::uint64_t word;
+    std::memcpy(&word, at, 8);
+    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+    return word;
+}
+
+// Marks bytes below `limit` (limit at most 0x80).
+constexpr std::uint64_t markBelow(std::uint64_t word, unsigned char limit)
+{
+    return (word - kEveryByte * limit) & ~word & kHighBits;
+}
+
+constexpr std::uint64_t markEqual(std::uint64_t word, unsigned char byte)
+{
+    return markBelow(word ^ (kEveryByte * byte), 1);
+}
+
+// Marks bytes other than `byte`, every one of them exactly.
+constexpr std::uint64_t markOther(std::uint64_t word, unsigned char byte)
+{
+    std::uint64_t differ = word ^ (kEveryByte * byte);
+    return (((differ & ~kHighBits) + ~kHighBits) | differ) & kHighBits;
+}
+
+// Marks bytes from 0x80 up.
+constexpr std::uint64_t markHigh(std::uint64_t word) { return word & kHighBits; }
+
+// The index (0 to 7) of the first byte in text order that is marked, or 8.
+inline std::size_t firstMarked(std::uint64_t marks)
+{
+    return static_cast<std::size_t>(std::countr_zero(marks)) / 8;
+}
