@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "trace/byte_words.h"
+
 namespace {
 
 constexpr std::size_t kLargestElement = 1 << 20;
@@ -36,6 +38,31 @@ void onKeptLine(ElementStream& stream, std::string_view line)
     }
 }
 
+// The start of the first line from `at` (a line start) that begins with
+// four spaces and a brace, the only lines that may open or close an
+// element; the lines before it are body lines. Found through the braces,
+// a word at a time, rather than line by line. Without one: the start of
+// the unfinished last line, or `end`.
+const char* nextBraceLine(const char* at, const char* end)
+{
+    for (const char* brace = at + 4; brace < end; ++brace) {
+        // '{' and '}' differ from each other (and from 'y' and DEL) only in
+        // the bits 0x06.
+        while (brace + 8 <= end) {
+            std::uint64_t word = loadWord(brace) & ~(kEveryByte * 0x06);
+            std::size_t skipped = firstMarked(markEqual(word, 0x79));
+            brace += skipped;
+            if (skipped < 8) break;
+        }
+        if (brace >= end) break;
+        if (*brace != '{' && *brace != '}') continue;
+        const char* line = brace - 4;
+        if (std::memcmp(line, "    ", 4) == 0 && (line == at || line[-1] == '\n')) return line;
+    }
+    const char* lastFeed = static_cast<const char*>(memrchr(at, '\n', static_cast<std::size_t>(end - at)));
+    return lastFeed ? lastFeed + 1 : at;
+}
+
 } // namespace
 
 void startElementStream(ElementStream& stream, ElementStream::ElementHandler onElement, void* context)
@@ -66,6 +93,7 @@ void writeToElementStream(void* context, const char* text, std::size_t length)
 
     const char* elementStart = nullptr; // the open element's body, when it began in this block
     while (at < end) {
+        if (elementStart) at = nextBraceLine(at, end);
         const char* feed = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
         if (!feed) break;
         std::string_view line(at, static_cast<std::size_t>(feed - at));

@@ -120,7 +120,12 @@ bool parseUnsigned(std::string_view text, std::uint64_t& value)
 {
     if (text.empty() || text.size() > 20) return false;
     std::uint64_t result = 0;
-    for (char c : text) {
+    for (char c : text.substr(0, 19)) { // nineteen digits always fit
+        if (c < '0' || c > '9') return false;
+        result = result * 10 + static_cast<std::uint64_t>(c - '0');
+    }
+    if (text.size() == 20) {
+        char c = text[19];
         if (c < '0' || c > '9') return false;
         std::uint64_t digit = static_cast<std::uint64_t>(c - '0');
         if (result > (UINT64_MAX - digit) / 10) return false;
