@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 constexpr std::uint64_t kEveryByte = 0x0101010101010101;
 constexpr std::uint64_t kHighBits = 0x8080808080808080;
@@ -50,4 +51,24 @@ constexpr std::uint64_t markHigh(std::uint64_t word) { return word & kHighBits; 
 inline std::size_t firstMarked(std::uint64_t marks)
 {
     return static_cast<std::size_t>(std::countr_zero(marks)) / 8;
+}
+
+// The index of the first byte from `at` that is not white space (' ',
+// '\t', '\r', '\n'; ',' too when `commas`), or the text's size. A line
+// feed and the next line's indentation are usually passed in one or two
+// words.
+inline std::size_t afterBlanks(std::string_view text, std::size_t at, bool commas)
+{
+    auto blank = [commas](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || (commas && c == ','); };
+    while (at + 8 <= text.size()) {
+        std::uint64_t word = loadWord(text.data() + at);
+        std::uint64_t other = markOther(word, ' ') & markOther(word, '\n') & markOther(word, '\t') &
+                              markOther(word, '\r');
+        if (commas) other &= markOther(word, ',');
+        std::size_t blanks = firstMarked(other);
+        at += blanks;
+        if (blanks < 8) return at;
+    }
+    while (at < text.size() && blank(text[at])) ++at;
+    return at;
 }

@@ -1,5 +1,7 @@
 #include "trace/element.h"
 
+#include "trace/byte_words.h"
+
 namespace {
 
 constexpr std::string_view kPropKeyNames[kPropKeyCount] = {
@@ -23,6 +25,9 @@ bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 // part of the text (values are written without escaping).
 bool endsString(char c) { return c == ',' || c == ':' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
 
+// Where an unquoted value ends.
+bool endsBare(char c) { return c == ',' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
+
 // Keeps the first value of each key the trace uses.
 void captureProp(void* element, std::string_view name, std::string_view value)
 {
@@ -42,13 +47,19 @@ struct Reader {
     bool atEnd() const { return at >= text.size(); }
     char peek() const { return text[at]; }
 
-    void skipSpace()
+    void skipSpace() { at = afterBlanks(text, at, false); }
+    void skipSpaceAndCommas() { at = afterBlanks(text, at, true); }
+
+    // A number that ends where an unquoted value ends, as bare() would
+    // read it; empty when the text there is anything else.
+    std::string_view plainDigits()
     {
-        while (!atEnd() && isSpace(peek())) ++at;
-    }
-    void skipSpaceAndCommas()
-    {
-        while (!atEnd() && (isSpace(peek()) || peek() == ',')) ++at;
+        std::size_t end = at;
+        while (end < text.size() && text[end] >= '0' && text[end] <= '9') ++end;
+        if (end == at || (end < text.size() && !endsBare(text[end]))) return {};
+        std::string_view digits = text.substr(at, end - at);
+        at = end;
+        return digits;
     }
 
     // At an opening quote: the text up to the quote that closes it.
@@ -74,7 +85,7 @@ struct Reader {
     std::string_view bare()
     {
         std::size_t from = at;
-        while (!atEnd() && peek() != ',' && peek() != '}' && peek() != ']' && peek() != '\n' && peek() != '\r') ++at;
+        while (!atEnd() && !endsBare(peek())) ++at;
         std::size_t to = at;
         while (to > from && isSpace(text[to - 1])) --to;
         return text.substr(from, to - from);
@@ -195,7 +206,8 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
         in.skipSpace();
         bool isStart = name == "start", isEnd = name == "end";
         if (isStart || isEnd) {
-            std::string_view text = !in.atEnd() && in.peek() == '"' ? in.quoted() : in.bare();
+            std::string_view text = in.plainDigits();
+            if (text.empty()) text = !in.atEnd() && in.peek() == '"' ? in.quoted() : in.bare();
             bool& found = isStart ? element.hasStart : element.hasEnd;
             found = parseUnsigned(text, isStart ? element.start : element.end);
             if (!found && !text.empty()) { // kept for the reader of the trace

@@ -152,21 +152,6 @@ namespace {
 constexpr int kDeepestStrictNesting = 32;
 constexpr std::size_t kMostStrictNames = 512;
 
-bool isWhiteSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
-
-// Indentation comes in long runs of spaces: a word at a time.
-std::size_t skipWhiteSpace(std::string_view text, std::size_t at)
-{
-    for (;;) {
-        while (at + 8 <= text.size()) {
-            std::size_t spaces = firstMarked(markOther(loadWord(text.data() + at), ' '));
-            at += spaces;
-            if (spaces < 8) break;
-        }
-        if (at >= text.size() || !isWhiteSpace(text[at])) return at;
-        ++at;
-    }
-}
 
 // A strict JSON string at text[at] == '"' with only ASCII inside; returns
 // the index after its closing quote, or 0.
@@ -261,7 +246,7 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
 
     std::size_t i = at + 1;
     for (;;) {
-        if (i < text.size() && static_cast<unsigned char>(text[i]) <= ' ') i = skipWhiteSpace(text, i);
+        if (i < text.size() && static_cast<unsigned char>(text[i]) <= ' ') i = afterBlanks(text, i, false);
         if (i >= text.size()) return false;
         char c = text[i];
         Open& top = open[depth];
