@@ -88,6 +88,7 @@ bool partlyOverlaps(const Interval& a, std::uint64_t start, std::uint64_t end)
 bool fits(const TraceThread& thread, std::uint64_t start, std::uint64_t end)
 {
     if (start == end) return true; // a point never overlaps anything in part
+    if (start >= thread.latestEnd) return true;
     if (start < thread.horizon) return false;
     for (std::size_t i = 0; i < thread.recentCount; ++i)
         if (partlyOverlaps(thread.recent[i], start, end)) return false;
@@ -101,7 +102,8 @@ void place(TraceThread& thread, std::uint64_t start, std::uint64_t end)
     if (start == end) return;
     bool inside = false;
     std::uint64_t covered = end - start;
-    for (std::size_t i = 0; i < thread.recentCount; ++i) {
+    bool follows = start >= thread.latestEnd; // neither inside a period nor around one
+    for (std::size_t i = 0; i < thread.recentCount && !follows; ++i) {
         Interval& other = thread.recent[i];
         if (other.start <= start && end <= other.end) {
             inside = true;
@@ -109,7 +111,7 @@ void place(TraceThread& thread, std::uint64_t start, std::uint64_t end)
         }
     }
     if (!inside) {
-        for (std::size_t i = 0; i < thread.recentCount; ++i) {
+        for (std::size_t i = 0; i < thread.recentCount && !follows; ++i) {
             Interval& other = thread.recent[i];
             if (other.topLevel && start <= other.start && other.end <= end) {
                 covered -= other.end - other.start;
@@ -125,6 +127,7 @@ void place(TraceThread& thread, std::uint64_t start, std::uint64_t end)
         ++thread.recentCount;
     }
     slot = {start, end, !inside};
+    if (end > thread.latestEnd) thread.latestEnd = end;
     thread.nextSlot = (thread.nextSlot + 1) % kCheckedPeriods;
 }
 

@@ -37,6 +37,9 @@ struct TraceThread {
     std::size_t recentCount = 0;
     std::size_t nextSlot = 0;
     std::uint64_t horizon = 0;
+    // The latest end of any period placed: one that starts there or later
+    // follows them all, so it is checked against none.
+    std::uint64_t latestEnd = 0;
 };
 
 struct ThreadKind {
