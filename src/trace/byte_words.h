@@ -47,6 +47,15 @@ constexpr std::uint64_t markOther(std::uint64_t word, unsigned char byte)
 // Marks bytes from 0x80 up.
 constexpr std::uint64_t markHigh(std::uint64_t word) { return word & kHighBits; }
 
+// Marks the bytes a JSON string cannot hold as they stand, or that this
+// program writes otherwise: '"', '\\', control bytes, DEL and all bytes
+// from 0x80 up.
+constexpr std::uint64_t markNotPlain(std::uint64_t word)
+{
+    return markEqual(word, '"') | markEqual(word, '\\') | markBelow(word, 0x20) | markEqual(word, 0x7F) |
+           markHigh(word);
+}
+
 // The index (0 to 7) of the first byte in text order that is marked, or 8.
 inline std::size_t firstMarked(std::uint64_t marks)
 {

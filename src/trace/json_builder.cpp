@@ -171,9 +171,7 @@ std::size_t strictStringEnd(std::string_view text, std::size_t at)
     for (std::size_t i = at + 1; i < text.size(); ++i) {
         // Plain ASCII is passed over a word at a time.
         while (i + 8 <= text.size()) {
-            std::uint64_t word = loadWord(text.data() + i);
-            std::size_t plain = firstMarked(markEqual(word, '"') | markEqual(word, '\\') | markBelow(word, 0x20) |
-                                            markEqual(word, 0x7F) | markHigh(word));
+            std::size_t plain = firstMarked(markNotPlain(loadWord(text.data() + i)));
             i += plain;
             if (plain < 8) break;
         }

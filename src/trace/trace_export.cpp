@@ -50,7 +50,16 @@ bool isHardwareWork(std::string_view name)
     return false;
 }
 
-void appendNumber(std::string& text, std::uint64_t value) { text += std::to_string(value); }
+void appendNumber(std::string& text, std::uint64_t value)
+{
+    char digits[20];
+    char* first = digits + sizeof digits;
+    do {
+        *--first = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value != 0);
+    text.append(first, static_cast<std::size_t>(digits + sizeof digits - first));
+}
 
 // Every event goes through here: separators between events, one per line.
 // The event is trace.event followed by `rest`.
