@@ -66,6 +66,19 @@ struct Reader {
     std::string_view quoted()
     {
         std::size_t from = ++at;
+        // Most texts hold neither quote nor backslash: the first quote
+        // closes them when what follows may follow a string.
+        std::size_t first = at;
+        while (first + 8 <= text.size()) {
+            std::uint64_t word = loadWord(text.data() + first);
+            std::size_t plain = firstMarked(markEqual(word, '"') | markEqual(word, '\\'));
+            first += plain;
+            if (plain < 8) break;
+        }
+        if (first + 1 < text.size() && text[first] == '"' && endsString(text[first + 1])) {
+            at = first + 1;
+            return text.substr(from, first - from);
+        }
         for (std::size_t quote = text.find('"', at); quote != std::string_view::npos;
              quote = text.find('"', quote + 1)) {
             std::size_t backslashes = 0;
