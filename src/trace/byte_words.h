@@ -63,21 +63,19 @@ inline std::size_t firstMarked(std::uint64_t marks)
 }
 
 // The index of the first byte from `at` that is not white space (' ',
-// '\t', '\r', '\n'; ',' too when `commas`), or the text's size. A line
-// feed and the next line's indentation are usually passed in one or two
-// words.
+// '\t', '\r', '\n'; ',' too when `commas`), or the text's size: runs of
+// spaces a word at a time, other bytes one by one.
 inline std::size_t afterBlanks(std::string_view text, std::size_t at, bool commas)
 {
-    auto blank = [commas](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || (commas && c == ','); };
-    while (at + 8 <= text.size()) {
-        std::uint64_t word = loadWord(text.data() + at);
-        std::uint64_t other = markOther(word, ' ') & markOther(word, '\n') & markOther(word, '\t') &
-                              markOther(word, '\r');
-        if (commas) other &= markOther(word, ',');
-        std::size_t blanks = firstMarked(other);
-        at += blanks;
-        if (blanks < 8) return at;
+    for (;;) {
+        while (at + 8 <= text.size()) {
+            std::size_t spaces = firstMarked(markOther(loadWord(text.data() + at), ' '));
+            at += spaces;
+            if (spaces < 8) break;
+        }
+        if (at >= text.size()) return at;
+        char c = text[at];
+        if (c != ' ' && c != '\n' && c != '\t' && c != '\r' && !(commas && c == ',')) return at;
+        ++at;
     }
-    while (at < text.size() && blank(text[at])) ++at;
-    return at;
 }
