@@ -228,6 +228,26 @@ TEST(TraceExport, ReadsTheQuirksOfTheCorrelatedText)
     EXPECT_EQ(eventsNamed(trace, "OPEN")[0]["args"]["x"]["y"], 1);
 }
 
+// Texts are scanned a word at a time: every byte value, at every place of
+// two words (a last backslash would escape the closing quote), comes out
+// as the rules for single bytes say.
+TEST(TraceExport, EscapesEveryByteWhereverItFallsInAWord)
+{
+    for (int byte = 0; byte < 256; ++byte)
+        for (std::size_t at = 0; at < 16; ++at) {
+            std::string value(17, 'a'), expected(1, static_cast<char>(byte));
+            value[at] = static_cast<char>(byte);
+            const char* hex = "0123456789abcdef";
+            if (byte == '"' || byte == '\\') expected = "\\" + expected;
+            if (byte < 0x20 || byte >= 0x7F) expected = std::string("\\u00") + hex[byte >> 4] + hex[byte & 15];
+            std::string text = exportText(StreamKind::Host, "    {\n      \"start\": 1,\n      \"end\": 2,\n"
+                                                            "      \"name\": \"N\",\n      \"prop\": {\n        \"k\": \"" +
+                                                                value + "\"\n      }\n    }\n");
+            std::string args = "\"args\":{\"k\":\"" + std::string(at, 'a') + expected + std::string(16 - at, 'a') + "\"}";
+            EXPECT_NE(text.find(args), std::string::npos) << byte << " at " << at << "\n" << text;
+        }
+}
+
 TEST(TraceExport, PartlyOverlappingPeriodsGoToOverflowThreads)
 {
     std::string periods;
