@@ -44,5 +44,7 @@ fi
 echo "$target: $cpu CPU seconds, $(grep -o 'number_of_executed_units: [0-9]*' "$work/log" | cut -d' ' -f2) executions"
 
 nice -n 19 "$fuzzer" "${options[@]}" -merge=1 "$work/merged" "$corpus" "$work/found" "$work/seeds" >"$work/merge.log" 2>&1
+# Inputs kept as regression cases (crash-*, ...) stay whatever the merge says.
+find "$corpus" -name 'crash-*' -o -name 'leak-*' -o -name 'oom-*' -o -name 'timeout-*' | xargs -r cp -t "$work/merged"
 rm -rf "$corpus" && mv "$work/merged" "$corpus"
 echo "$target: corpus of $(ls "$corpus" | wc -l) files, $(du -sk --apparent-size "$corpus" | cut -f1) KiB"
