@@ -232,8 +232,9 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
         } else if (name == "prop" && !in.atEnd() && in.peek() == '{') {
             // The members of "prop" are those of "args"; most are strict
             // JSON already and are copied as they stand.
-            if (builder.copyStrictMembers(body, in.at, captureProp, &element)) continue;
-            ++in.at;
+            JsonBuilder::Copied copied = builder.copyStrictMembers(body, in.at, captureProp, &element);
+            if (copied == JsonBuilder::Copied::Whole) continue;
+            if (copied == JsonBuilder::Copied::None) ++in.at; // past the brace
             reader.members(1, true);
         } else {
             builder.key(name);

@@ -196,6 +196,10 @@ std::size_t strictStringEnd(std::string_view text, std::size_t at)
     return 0;
 }
 
+// Where the tolerant reader ends a quoted text and an unquoted value.
+bool endsTolerantString(char c) { return c == ',' || c == ':' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
+bool endsBareValue(char c) { return c == ',' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
+
 // A strict JSON number at text[at]; returns the index after it, or 0.
 std::size_t strictNumberEnd(std::string_view text, std::size_t at)
 {
@@ -217,9 +221,9 @@ std::size_t strictNumberEnd(std::string_view text, std::size_t at)
 
 } // namespace
 
-bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, MemberHook onMember, void* context)
+JsonBuilder::Copied JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, MemberHook onMember, void* context)
 {
-    if (!inObject() || keyPending_ || at >= text.size() || text[at] != '{') return false;
+    if (!inObject() || keyPending_ || at >= text.size() || text[at] != '{') return Copied::None;
     Level& outer = levels_.back();
     // Without white space the copy is never longer than the text; short
     // pieces are moved 16 bytes at a time, so 16 bytes more.
@@ -240,6 +244,9 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
     std::size_t nameCount = 0;
     std::string_view name;         // the last name of the members level
     enum { NameOrClose, Name, Colon, Value, ValueOrClose, CommaOrClose } expect = NameOrClose;
+    bool nested = false;           // a container was opened
+    std::size_t lastValueEnd = 0;  // after the last plain value
+    bool lastValueIsString = false;
 
     // A plain value: a string or a number.
     auto copyPlainValue = [&](std::size_t& i, char c) {
@@ -248,23 +255,57 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
         o = copyPiece(o, text, i, end - i);
         if (depth == 0 && onMember)
             onMember(context, name, c == '"' ? text.substr(i + 1, end - i - 2) : text.substr(i, end - i));
+        lastValueEnd = end;
+        lastValueIsString = c == '"';
         i = end;
         expect = CommaOrClose;
         return true;
     };
 
+    // What is copied: the names of the members level join the current object.
+    auto keep = [&] {
+        if (nameCount == 0) {
+            o = start; // an empty object adds nothing, not even the comma
+        } else {
+            outer.empty = false;
+            outer.names = open[0].bits;
+        }
+        for (std::size_t n = 0; n < nameCount; ++n) {
+            if (keyCount_ == keys_.size()) keys_.emplace_back();
+            keys_[keyCount_++] = {names[n], names[n]};
+        }
+        used_ += static_cast<std::size_t>(o - start);
+    };
+
+    // Text that is not strict at `stop`. The members before it are kept
+    // when a tolerant reader would have written them alike: plain members
+    // only, without backslashes, the last value ending where it would end
+    // it, and `stop` just after a complete member.
+    auto stopAt = [&](std::size_t stop) {
+        if (depth != 0 || expect != CommaOrClose || nested ||
+            std::memchr(text.data() + at, '\\', stop - at) != nullptr)
+            return Copied::None;
+        std::size_t next = lastValueEnd;
+        while (next < text.size() && (text[next] == ' ' || text[next] == '\t')) ++next;
+        if (next < text.size() && !(lastValueIsString ? endsTolerantString(text[next]) : endsBareValue(text[next])))
+            return Copied::None;
+        keep();
+        at = stop;
+        return Copied::Front;
+    };
+
     std::size_t i = at + 1;
     for (;;) {
         if (i < text.size() && static_cast<unsigned char>(text[i]) <= ' ') i = afterBlanks(text, i, false);
-        if (i >= text.size()) return false;
+        if (i >= text.size()) return stopAt(i);
         char c = text[i];
         Open& top = open[depth];
         if (c == '}' || c == ']') {
-            if ((c == '}') != top.isObject) return false;
+            if ((c == '}') != top.isObject) return stopAt(i);
             if (expect == (top.isObject ? Name : Value))
                 --o; // a comma before the closing bracket is left out
             else if (expect != CommaOrClose && expect != (top.isObject ? NameOrClose : ValueOrClose))
-                return false;
+                return stopAt(i);
             ++i;
             if (depth == 0) break;
             nameCount = top.firstName;
@@ -274,14 +315,14 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
             continue;
         }
         if (c == ',') {
-            if (expect != CommaOrClose) return false;
+            if (expect != CommaOrClose) return stopAt(i);
             *o++ = ',';
             ++i;
             expect = top.isObject ? Name : Value;
             continue;
         }
         if (c == ':') {
-            if (expect != Colon) return false;
+            if (expect != Colon) return stopAt(i);
             *o++ = ':';
             ++i;
             expect = Value;
@@ -289,17 +330,17 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
         }
         if (expect == Name || expect == NameOrClose) {
             std::size_t end = c == '"' ? strictStringEnd(text, i) : 0;
-            if (end == 0) return false;
+            if (end == 0) return stopAt(i);
             std::string_view key = text.substr(i + 1, end - i - 2);
             std::uint64_t bit = nameBit(key);
             if (top.bits & bit) {
                 for (std::size_t n = top.firstName; n < nameCount; ++n)
-                    if (names[n] == key) return false;
+                    if (names[n] == key) return stopAt(i);
                 if (depth == 0)
                     for (std::size_t n = outer.firstKey; n < keyCount_; ++n)
-                        if (keys_[n].written == key) return false;
+                        if (keys_[n].written == key) return stopAt(i);
             }
-            if (nameCount == kMostStrictNames) return false;
+            if (nameCount == kMostStrictNames) return stopAt(i);
             top.bits |= bit;
             names[nameCount++] = key;
             if (depth == 0) name = key;
@@ -312,7 +353,7 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
                 if (v == '"' || v == '-' || (v >= '0' && v <= '9')) {
                     *o++ = ':';
                     i += 2;
-                    if (!copyPlainValue(i, v)) return false;
+                    if (!copyPlainValue(i, v)) return stopAt(i);
                     if (i < text.size() && text[i] == ',') {
                         *o++ = ',';
                         ++i;
@@ -322,30 +363,20 @@ bool JsonBuilder::copyStrictMembers(std::string_view text, std::size_t& at, Memb
             }
             continue;
         }
-        if (expect != Value && expect != ValueOrClose) return false;
+        if (expect != Value && expect != ValueOrClose) return stopAt(i);
         if (c == '{' || c == '[') {
-            if (depth == kDeepestStrictNesting) return false;
+            if (depth == kDeepestStrictNesting) return stopAt(i);
             *o++ = c;
             ++i;
             open[++depth] = {c == '{', nameCount, 0};
+            nested = true;
             expect = c == '{' ? NameOrClose : ValueOrClose;
             continue;
         }
-        if (!copyPlainValue(i, c)) return false;
+        if (!copyPlainValue(i, c)) return stopAt(i);
     }
 
-    // Copied: the names of the members level join the current object.
-    if (nameCount == 0) {
-        o = start; // an empty object adds nothing, not even the comma
-    } else {
-        outer.empty = false;
-        outer.names = open[0].bits;
-    }
-    for (std::size_t n = 0; n < nameCount; ++n) {
-        if (keyCount_ == keys_.size()) keys_.emplace_back();
-        keys_[keyCount_++] = {names[n], names[n]};
-    }
-    used_ += static_cast<std::size_t>(o - start);
+    keep();
     at = i;
-    return true;
+    return Copied::Whole;
 }

@@ -37,11 +37,16 @@ public:
     // The quick way for text that is already strict JSON: at text[at] an
     // object whose members are added to the current object, as they stand
     // but for white space. Calls onMember for each of its members with a
-    // plain value (a string's text without quotes). False, with nothing
+    // plain value (a string's text without quotes). None, with nothing
     // added and `at` unchanged, when the object is not strict JSON with
     // unique names, or its names repeat those of the current object.
+    // Front when the text stops being strict right after a member whose
+    // value is a plain string or number (a missing comma): the members
+    // before it are added, as a tolerant reader would write them, and `at`
+    // is where the rest of the object starts.
+    enum class Copied { None, Whole, Front };
     using MemberHook = void (*)(void* context, std::string_view name, std::string_view value);
-    bool copyStrictMembers(std::string_view text, std::size_t& at, MemberHook onMember, void* context);
+    Copied copyStrictMembers(std::string_view text, std::size_t& at, MemberHook onMember, void* context);
 
 private:
     struct Level {
