@@ -200,6 +200,21 @@ std::size_t strictStringEnd(std::string_view text, std::size_t at)
 bool endsTolerantString(char c) { return c == ',' || c == ':' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
 bool endsBareValue(char c) { return c == ',' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
 
+// True when text[at] is a line break followed by `indent` spaces and a
+// quote: the next member of an object, one per line at one indentation.
+bool startsIndentedName(std::string_view text, std::size_t at, std::size_t indent)
+{
+    std::size_t quote = at + 1 + indent;
+    if (quote >= text.size() || text[at] != '\n' || text[quote] != '"') return false;
+    for (std::size_t i = at + 1; i < quote; i += 8) {
+        std::size_t count = quote - i < 8 ? quote - i : 8;
+        if (i + 8 > text.size()) return text.substr(i, count).find_first_not_of(' ') == std::string_view::npos;
+        std::uint64_t mask = count == 8 ? ~std::uint64_t{0} : (std::uint64_t{1} << (8 * count)) - 1;
+        if ((loadWord(text.data() + i) ^ (kEveryByte * ' ')) & mask) return false;
+    }
+    return true;
+}
+
 // A strict JSON number at text[at]; returns the index after it, or 0.
 std::size_t strictNumberEnd(std::string_view text, std::size_t at)
 {
@@ -247,6 +262,7 @@ JsonBuilder::Copied JsonBuilder::copyStrictMembers(std::string_view text, std::s
     bool nested = false;           // a container was opened
     std::size_t lastValueEnd = 0;  // after the last plain value
     bool lastValueIsString = false;
+    std::size_t indent = 0;        // of the last line break passed
 
     // A plain value: a string or a number.
     auto copyPlainValue = [&](std::size_t& i, char c) {
@@ -296,7 +312,11 @@ JsonBuilder::Copied JsonBuilder::copyStrictMembers(std::string_view text, std::s
 
     std::size_t i = at + 1;
     for (;;) {
-        if (i < text.size() && static_cast<unsigned char>(text[i]) <= ' ') i = afterBlanks(text, i, false);
+        if (i < text.size() && static_cast<unsigned char>(text[i]) <= ' ') {
+            std::size_t from = i;
+            i = afterBlanks(text, i, false);
+            if (text[from] == '\n') indent = i - from - 1;
+        }
         if (i >= text.size()) return stopAt(i);
         char c = text[i];
         Open& top = open[depth];
@@ -358,6 +378,9 @@ JsonBuilder::Copied JsonBuilder::copyStrictMembers(std::string_view text, std::s
                         *o++ = ',';
                         ++i;
                         expect = Name;
+                        // The next member most often starts the next line,
+                        // indented as this one.
+                        if (startsIndentedName(text, i, indent)) i += 1 + indent;
                     }
                 }
             }
