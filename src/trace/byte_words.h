@@ -79,3 +79,18 @@ inline std::size_t afterBlanks(std::string_view text, std::size_t at, bool comma
         ++at;
     }
 }
+
+// True when text[at] is a line break followed by `indent` spaces and a
+// quote: the next member of an object, one per line at one indentation.
+inline bool startsIndentedName(std::string_view text, std::size_t at, std::size_t indent)
+{
+    std::size_t quote = at + 1 + indent;
+    if (quote >= text.size() || text[at] != '\n' || text[quote] != '"') return false;
+    for (std::size_t i = at + 1; i < quote; i += 8) {
+        std::size_t count = quote - i < 8 ? quote - i : 8;
+        if (i + 8 > text.size()) return text.substr(i, count).find_first_not_of(' ') == std::string_view::npos;
+        std::uint64_t mask = count == 8 ? ~std::uint64_t{0} : (std::uint64_t{1} << (8 * count)) - 1;
+        if ((loadWord(text.data() + i) ^ (kEveryByte * ' ')) & mask) return false;
+    }
+    return true;
+}

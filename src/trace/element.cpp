@@ -203,8 +203,18 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
 
     ElementReader reader{{body, 0}, builder, element};
     Reader& in = reader.in;
+    std::size_t indent = 0; // of the last line break passed
     for (;;) {
-        in.skipSpaceAndCommas();
+        // Members most often end in a comma, the next starting the next
+        // line at the same indentation.
+        if (!in.atEnd() && in.peek() == ',' && startsIndentedName(body, in.at + 1, indent)) {
+            in.at += 2 + indent;
+        } else {
+            std::size_t from = in.at;
+            in.skipSpaceAndCommas();
+            std::size_t lineBreak = body.substr(from, in.at - from).rfind('\n');
+            if (lineBreak != std::string_view::npos) indent = in.at - from - lineBreak - 1;
+        }
         if (in.atEnd()) break;
         if (in.peek() != '"') { // stray brackets and text between members
             std::size_t from = in.at;
