@@ -212,8 +212,12 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
         } else {
             std::size_t from = in.at;
             in.skipSpaceAndCommas();
+            // The body starts at the start of a line.
             std::size_t lineBreak = body.substr(from, in.at - from).rfind('\n');
-            if (lineBreak != std::string_view::npos) indent = in.at - from - lineBreak - 1;
+            if (lineBreak != std::string_view::npos)
+                indent = in.at - from - lineBreak - 1;
+            else if (from == 0)
+                indent = in.at;
         }
         if (in.atEnd()) break;
         if (in.peek() != '"') { // stray brackets and text between members
