@@ -4,10 +4,11 @@
 set -euo pipefail
 
 packages=(
-    cmake g++ libgtest-dev  # build and unit tests
-    nlohmann-json3-dev      # parsing the trace in its tests
-    groff-base man-db       # rendering the manual pages
-    llvm-14-tools           # lit and FileCheck, for the end-to-end cases
+    cmake g++ libgtest-dev   # build and unit tests
+    nlohmann-json3-dev       # parsing the trace in its tests
+    groff-base man-db        # rendering the manual pages
+    llvm-14-tools            # lit and FileCheck, for the end-to-end cases
+    clang libclang-rt-14-dev # libFuzzer, for the short fuzz run of every target
 )
 
 missing=()
