@@ -103,6 +103,16 @@ struct Reader {
         while (to > from && isSpace(text[to - 1])) --to;
         return text.substr(from, to - from);
     }
+
+    // Passes text that is not a member or value: an unquoted run, or at
+    // least one byte (a lone bracket), so that reading always moves on.
+    std::string_view skipStray()
+    {
+        std::size_t from = at;
+        std::string_view stray = bare();
+        if (at == from) ++at;
+        return stray;
+    }
 };
 
 struct ElementReader {
@@ -141,9 +151,7 @@ std::string_view ElementReader::value(int depth)
         out.close();
         return {};
     }
-    std::size_t from = in.at;
-    std::string_view text = in.bare();
-    if (in.at == from) ++in.at; // a lone bracket: keep going
+    std::string_view text = in.skipStray();
     out.looseValue(text);
     return text;
 }
@@ -160,9 +168,7 @@ void ElementReader::members(int depth, bool capture)
             return;
         }
         if (c != '"') { // text that is not a member: pass over it
-            std::size_t from = in.at;
-            in.bare();
-            if (in.at == from) ++in.at;
+            in.skipStray();
             continue;
         }
         std::string_view name = in.quoted();
@@ -221,9 +227,7 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
         }
         if (in.atEnd()) break;
         if (in.peek() != '"') { // stray brackets and text between members
-            std::size_t from = in.at;
-            in.bare();
-            if (in.at == from) ++in.at;
+            in.skipStray();
             continue;
         }
         std::string_view name = in.quoted();
