@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 constexpr const char* kFirmwarePrefix = "zyntel_fw_";
 constexpr const char* kHostPrefix = "zyntel_host_";
@@ -29,3 +31,8 @@ public:
 private:
     void* directory_;
 };
+
+// The stream files of ".", firmware files first, then host, then client,
+// each group in directory order. A group that cannot be counted is reported
+// and skipped; false when the directory cannot be listed at all.
+bool discoverStreamFiles(std::vector<std::string>& names);

@@ -29,44 +29,6 @@ void countClientFilesForWarning()
     if (countStreamFiles(kClientPrefix) < 0) console().putLine("warning: unable to discover client stream files.");
 }
 
-// Returns false when the listing could not be set up.
-bool discoverStreamFiles(std::deque<StreamFile>& files, const Options& options)
-{
-    struct Prefix {
-        const char* prefix;
-        const char* warning;
-        std::int32_t count;
-    };
-    Prefix prefixes[] = {
-        {kFirmwarePrefix, "warning: unable to discover ZyntelFW stream files.", 0},
-        {kHostPrefix, "warning: unable to discover ZyntelHost stream files.", 0},
-        {kClientPrefix, "warning: unable to discover client stream files.", 0},
-    };
-    std::int32_t total = 0;
-    for (Prefix& prefix : prefixes) {
-        prefix.count = countStreamFiles(prefix.prefix);
-        if (prefix.count < 0) {
-            console().putLine(prefix.warning);
-            prefix.count = 0;
-        }
-        total += prefix.count;
-    }
-    if (total == 0) return true;
-
-    StreamFileListing listing;
-    if (!listing.isOpen()) return false;
-    for (const Prefix& prefix : prefixes) {
-        if (prefix.count == 0) continue;
-        listing.rewind();
-        for (std::int32_t i = 0; i < prefix.count; ++i) {
-            const char* name = listing.next(prefix.prefix);
-            if (!name) break; // the directory shrank since it was counted
-            setUpRecord(files, name, options);
-        }
-    }
-    return true;
-}
-
 } // namespace
 
 void printSummary(const StreamFile& file)
@@ -220,9 +182,13 @@ int runTool(int argc, const char* const* argv, const StreamTable& streams)
     std::deque<StreamFile> files; // records stay in place: their outputs point at them
     if (options.fileName) {
         setUpRecord(files, options.fileName, options);
-    } else if (!discoverStreamFiles(files, options)) {
-        out.putLine("Error: Could not discover client stream bin files.");
-        return 0;
+    } else {
+        std::vector<std::string> names;
+        if (!discoverStreamFiles(names)) {
+            out.putLine("Error: Could not discover client stream bin files.");
+            return 0;
+        }
+        for (const std::string& name : names) setUpRecord(files, name.c_str(), options);
     }
 
     int status = 0;

@@ -104,6 +104,17 @@ struct Reader {
         return text.substr(from, to - from);
     }
 
+    // A member's quoted name and the colon after it; false, with the name
+    // passed, when no colon follows.
+    bool memberName(std::string_view& name)
+    {
+        name = quoted();
+        skipSpace();
+        if (atEnd() || peek() != ':') return false;
+        ++at;
+        return true;
+    }
+
     // Passes text that is not a member or value: an unquoted run, or at
     // least one byte (a lone bracket), so that reading always moves on.
     std::string_view skipStray()
@@ -171,10 +182,8 @@ void ElementReader::members(int depth, bool capture)
             in.skipStray();
             continue;
         }
-        std::string_view name = in.quoted();
-        in.skipSpace();
-        if (in.atEnd() || in.peek() != ':') continue;
-        ++in.at;
+        std::string_view name;
+        if (!in.memberName(name)) continue;
         out.key(name);
         std::string_view text = value(depth);
         if (capture) captureProp(&element, name, text);
@@ -230,10 +239,8 @@ void parseElement(std::string_view body, Element& element, JsonBuilder& builder)
             in.skipStray();
             continue;
         }
-        std::string_view name = in.quoted();
-        in.skipSpace();
-        if (in.atEnd() || in.peek() != ':') continue;
-        ++in.at;
+        std::string_view name;
+        if (!in.memberName(name)) continue;
         in.skipSpace();
         bool isStart = name == "start", isEnd = name == "end";
         if (isStart || isEnd) {

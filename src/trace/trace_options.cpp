@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "driver/discovery.h"
 #include "json/document.h"
 #include "json/output.h"
 #include "trace/trace_export.h"
@@ -54,20 +53,4 @@ Parsed parseTraceOptions(int argc, const char* const* argv, TraceOptions& option
         }
     }
     return Parsed::Run;
-}
-
-void discoverInputs(std::vector<std::string>& inputs)
-{
-    const char* prefixes[] = {kFirmwarePrefix, kHostPrefix, kClientPrefix};
-    StreamFileListing listing;
-    if (!listing.isOpen()) return;
-    for (const char* prefix : prefixes) {
-        std::int32_t count = countStreamFiles(prefix);
-        listing.rewind();
-        for (std::int32_t i = 0; i < count; ++i) {
-            const char* name = listing.next(prefix);
-            if (!name) break;
-            inputs.emplace_back(name);
-        }
-    }
 }

@@ -19,6 +19,3 @@ enum class Parsed { Run, Exit, Usage };
 // line on standard error and gives Usage.
 Parsed parseTraceOptions(int argc, const char* const* argv, TraceOptions& options);
 
-// The stream files of the current directory, firmware first, then host,
-// then client, as zyntelbin2json finds them.
-void discoverInputs(std::vector<std::string>& inputs);

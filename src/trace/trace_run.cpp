@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "driver/discovery.h"
 #include "driver/run.h"
 #include "json/document.h"
 #include "json/output.h"
@@ -218,7 +219,8 @@ int runTraceTool(int argc, const char* const* argv)
     case Parsed::Usage: errorConsole().print("%s", kTraceUsage); return 1;
     case Parsed::Run: break;
     }
-    if (options.inputs.empty()) discoverInputs(options.inputs);
+    // The stream files of the current directory, as zyntelbin2json finds them.
+    if (options.inputs.empty()) discoverStreamFiles(options.inputs);
     if (options.inputs.empty()) {
         errorConsole().print("%s: no capture files named and none found in the current directory\n",
                              kTraceToolName);
