@@ -10,8 +10,7 @@ constexpr std::size_t kLargestElement = 1 << 20;
 
 void emitElement(ElementStream& stream, std::string_view body)
 {
-    parseElement(body, stream.element, stream.builder);
-    stream.onElement(stream.context, stream.element);
+    addElementBody(*stream.elements, body);
     stream.body.clear();
     stream.open = false;
 }
@@ -65,13 +64,12 @@ const char* nextBraceLine(const char* at, const char* end)
 
 } // namespace
 
-void startElementStream(ElementStream& stream, ElementStream::ElementHandler onElement, void* context)
+void startElementStream(ElementStream& stream, ElementHandler onElement, void* context, unsigned helpers)
 {
     stream.partial.clear();
     stream.body.clear();
     stream.open = false;
-    stream.onElement = onElement;
-    stream.context = context;
+    stream.elements = startElementPipeline(helpers, onElement, context);
 }
 
 void writeToElementStream(void* context, const char* text, std::size_t length)
@@ -120,4 +118,5 @@ void finishElementStream(ElementStream& stream)
     if (!stream.partial.empty()) onKeptLine(stream, stream.partial);
     stream.partial.clear();
     if (stream.open) emitElement(stream, stream.body);
+    drainElementPipeline(*stream.elements);
 }

@@ -7,25 +7,22 @@
 
 #include <string>
 
-#include "trace/element.h"
+#include "trace/element_pipeline.h"
 
 struct ElementStream {
-    using ElementHandler = void (*)(void* context, const Element& element);
-
     std::string partial; // the start of a line whose end has not arrived
     std::string body;    // an open element begun in an earlier block, up to 1 MiB
     bool open = false;
-    Element element;
-    JsonBuilder builder;
-    ElementHandler onElement = nullptr;
-    void* context = nullptr;
+    ElementPipelinePtr elements; // reads the bodies and hands the elements on
 };
 
-void startElementStream(ElementStream& stream, ElementStream::ElementHandler onElement, void* context);
+// The elements are read on `helpers` threads besides the caller's.
+void startElementStream(ElementStream& stream, ElementHandler onElement, void* context, unsigned helpers = 0);
 
 // An Output sink (the context is the ElementStream). Elements that lie
 // whole in one block are read where they are.
 void writeToElementStream(void* stream, const char* text, std::size_t length);
 
-// Reads what is left, including an element left open.
+// Reads what is left, including an element left open, and returns when
+// every element has been handed on.
 void finishElementStream(ElementStream& stream);

@@ -84,7 +84,7 @@ TraceInput convertInput(const Input& input, TraceExport& trace, ConsoleFilter& f
 
     ElementTarget target{&trace, &addProcess(trace, input.pid, input.stream, input.name)};
     auto elements = std::make_unique<ElementStream>();
-    startElementStream(*elements, onElement, &target);
+    startElementStream(*elements, onElement, &target, elementHelpersForThisMachine());
     filter.warnings = 0;
     if (file->in.open(input.name.c_str())) {
         if (stream.beginFile) stream.beginFile();

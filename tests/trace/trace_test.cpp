@@ -165,8 +165,10 @@ TEST_F(SampleSession, CommandLineErrorsAndInputsThatAreNoCaptures)
 }
 
 // Elements written straight into the exporter, as the converters write them.
-// The text goes to the exporter in blocks of `block` bytes.
-std::string exportText(StreamKind stream, const std::string& correlated, std::size_t block = 1 << 16)
+// The text goes to the exporter in blocks of `block` bytes; the elements
+// are read on `helpers` threads besides this one.
+std::string exportText(StreamKind stream, const std::string& correlated, std::size_t block = 1 << 16,
+                       unsigned helpers = 0)
 {
     std::string text;
     Output out;
@@ -184,7 +186,7 @@ std::string exportText(StreamKind stream, const std::string& correlated, std::si
             auto* t = static_cast<Target*>(context);
             exportElement(*t->trace, *t->process, element);
         },
-        &target);
+        &target, helpers);
     for (std::size_t at = 0; at < correlated.size(); at += block)
         writeToElementStream(&elements, correlated.data() + at, std::min(block, correlated.size() - at));
     finishElementStream(elements);
@@ -226,6 +228,22 @@ TEST(TraceExport, ReadsTheQuirksOfTheCorrelatedText)
     EXPECT_EQ(mark["args"]["FenceID:"], -3);
     EXPECT_EQ(mark["args"]["list"][0]["a"], "0x10");
     EXPECT_EQ(eventsNamed(trace, "OPEN")[0]["args"]["x"]["y"], 1);
+}
+
+TEST_F(SampleSession, ElementsReadOnOtherThreadsAreExportedInTheirOrder)
+{
+    ToolRun correlated = runBuiltTool(dir, {});
+    // Many batches of elements, one element larger than a batch among them.
+    std::string periods, large = "\n    {\n      \"start\": 5,\n      \"end\": 6,\n      \"name\": \"LARGE\",\n"
+                                 "      \"prop\": {\n        \"text\": \"" + std::string(600000, 'x') + "\"\n      }\n    },\n";
+    for (int copy = 0; copy < 400; ++copy) {
+        periods += correlated.json["zyntel_host_1.json"];
+        if (copy == 200) periods += large;
+    }
+    ASSERT_GT(periods.size(), 2u << 20);
+    std::string alone = exportText(StreamKind::Host, periods);
+    EXPECT_NE(alone.find("\"name\":\"LARGE\""), std::string::npos);
+    for (unsigned helpers : {1u, 3u}) EXPECT_EQ(exportText(StreamKind::Host, periods, 1 << 16, helpers), alone) << helpers;
 }
 
 // Texts are scanned a word at a time: every byte value, at every place of
