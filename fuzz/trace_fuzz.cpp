@@ -1,6 +1,7 @@
 // Feeds arbitrary text to the trace exporter as if a correlated converter
-// had written it (the first byte picks the stream) and checks that the
-// trace is strictly valid JSON.
+// had written it (the first byte picks the stream, and whether elements
+// are read on a helper thread) and checks that the trace is strictly valid
+// JSON.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -69,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     startTrace(trace, out);
     addProcess(trace, 1, static_cast<StreamKind>(data[0] % 3), "in.bin");
     ElementStream elements;
-    startElementStream(elements, onElement, &trace);
+    startElementStream(elements, onElement, &trace, data[0] / 3 % 2);
     writeToElementStream(&elements, reinterpret_cast<const char*>(data + 1), size - 1);
     finishElementStream(elements);
     finishTrace(trace, {});
