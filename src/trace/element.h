@@ -41,5 +41,6 @@ struct Element {
 };
 
 // Reads the lines between an element's opening and closing brace. The
-// views in `element` point into `body`, "args" into the builder.
+// views in `element` point into `body`, "args" into the builder, which
+// keeps the args of the elements read before until it is cleared.
 void parseElement(std::string_view body, Element& element, JsonBuilder& builder);

@@ -31,7 +31,7 @@ struct Batch {
     std::string text;                  // the bodies, one after another
     std::vector<std::size_t> bodyEnds; // into text
     std::vector<Element> elements;     // once read; views into text and args
-    std::string args;                  // the elements' "args", one after another
+    JsonBuilder args;                  // the elements' "args", one after another
     std::vector<std::size_t> argsEnds; // into args
 };
 
@@ -49,7 +49,7 @@ struct ElementPipeline {
 
     // Without helpers: each body is read here and handed on at once.
     Element element;
-    JsonBuilder builder; // also the converting thread's own when there are helpers
+    JsonBuilder builder;
 
     // With helpers. A ring of batches, filled in turn: batches numbered
     // from handedOn up to filled are in flight, the one at `filled` is being
@@ -68,7 +68,7 @@ struct ElementPipeline {
 
 namespace {
 
-void readBatch(Batch& batch, JsonBuilder& builder)
+void readBatch(Batch& batch)
 {
     std::size_t count = batch.bodyEnds.size();
     batch.elements.resize(count);
@@ -77,13 +77,12 @@ void readBatch(Batch& batch, JsonBuilder& builder)
     std::string_view text = batch.text;
     std::size_t from = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        parseElement(text.substr(from, batch.bodyEnds[i] - from), batch.elements[i], builder);
-        batch.args.append(batch.elements[i].args);
-        batch.argsEnds[i] = batch.args.size();
+        parseElement(text.substr(from, batch.bodyEnds[i] - from), batch.elements[i], batch.args);
+        batch.argsEnds[i] = batch.args.allText().size();
         from = batch.bodyEnds[i];
     }
-    // The args are in place once all are appended.
-    std::string_view args = batch.args;
+    // The args are in place once all are written.
+    std::string_view args = batch.args.allText();
     for (std::size_t i = 0, start = 0; i < count; start = batch.argsEnds[i++])
         batch.elements[i].args = args.substr(start, batch.argsEnds[i] - start);
 }
@@ -92,7 +91,7 @@ void handOn(ElementPipeline& pipeline, Batch& batch)
 {
     for (const Element& element : batch.elements) pipeline.onElement(pipeline.context, element);
     releaseIfLarge(batch.text);
-    releaseIfLarge(batch.args);
+    if (batch.args.allText().size() > kLargestKeptBuffer) batch.args = JsonBuilder();
     batch.bodyEnds.clear();
 }
 
@@ -100,7 +99,7 @@ void handOn(ElementPipeline& pipeline, Batch& batch)
 // return (it is let go while the work is done): hands on the next batch in
 // order when it is read, else reads the oldest batch waiting. False when
 // nothing is ready.
-bool runOneTask(ElementPipeline& pipeline, std::unique_lock<std::mutex>& held, JsonBuilder& builder)
+bool runOneTask(ElementPipeline& pipeline, std::unique_lock<std::mutex>& held)
 {
     Batch& next = pipeline.batch(pipeline.handedOn);
     if (!pipeline.handingOn && pipeline.handedOn < pipeline.filled && next.state == BatchState::Read) {
@@ -120,7 +119,7 @@ bool runOneTask(ElementPipeline& pipeline, std::unique_lock<std::mutex>& held, J
         if (waiting.state != BatchState::Filled) continue;
         waiting.state = BatchState::Reading;
         held.unlock();
-        readBatch(waiting, builder);
+        readBatch(waiting);
         held.lock();
         waiting.state = BatchState::Read;
         pipeline.changed.notify_all();
@@ -131,10 +130,9 @@ bool runOneTask(ElementPipeline& pipeline, std::unique_lock<std::mutex>& held, J
 
 void runHelper(ElementPipeline& pipeline)
 {
-    JsonBuilder builder;
     std::unique_lock<std::mutex> held(pipeline.lock);
     while (!pipeline.stopping)
-        if (!runOneTask(pipeline, held, builder)) pipeline.changed.wait(held);
+        if (!runOneTask(pipeline, held)) pipeline.changed.wait(held);
 }
 
 // Passes the batch being filled on to be read, then makes sure the next
@@ -146,7 +144,7 @@ void submitBatch(ElementPipeline& pipeline)
     ++pipeline.filled;
     pipeline.changed.notify_all();
     while (pipeline.filled - pipeline.handedOn >= pipeline.batches.size())
-        if (!runOneTask(pipeline, held, pipeline.builder)) pipeline.changed.wait(held);
+        if (!runOneTask(pipeline, held)) pipeline.changed.wait(held);
 }
 
 } // namespace
@@ -177,6 +175,7 @@ ElementPipelinePtr startElementPipeline(unsigned helpers, ElementHandler onEleme
 void addElementBody(ElementPipeline& pipeline, std::string_view body)
 {
     if (pipeline.batches.empty()) {
+        pipeline.builder.clear();
         parseElement(body, pipeline.element, pipeline.builder);
         pipeline.onElement(pipeline.context, pipeline.element);
         return;
@@ -193,7 +192,7 @@ void drainElementPipeline(ElementPipeline& pipeline)
     if (!pipeline.batch(pipeline.filled).bodyEnds.empty()) submitBatch(pipeline);
     std::unique_lock<std::mutex> held(pipeline.lock);
     while (pipeline.handedOn < pipeline.filled)
-        if (!runOneTask(pipeline, held, pipeline.builder)) pipeline.changed.wait(held);
+        if (!runOneTask(pipeline, held)) pipeline.changed.wait(held);
 }
 
 unsigned elementHelpersForThisMachine()

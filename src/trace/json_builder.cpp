@@ -31,7 +31,7 @@ void JsonBuilder::putString(std::string_view text)
 
 void JsonBuilder::begin()
 {
-    used_ = 0;
+    start_ = used_;
     renamed_.clear();
     levels_.clear();
     keyCount_ = 0;

@@ -16,9 +16,13 @@
 class JsonBuilder {
 public:
     // Starts an object that every later call adds to, in the builder's own
-    // buffer; text() is the JSON written since.
+    // buffer, after the objects built before it; text() is the JSON
+    // written since. allText() holds the objects built since clear(), one
+    // after another.
     void begin();
-    std::string_view text() const { return {data_.get(), used_}; }
+    std::string_view text() const { return {data_.get() + start_, used_ - start_}; }
+    std::string_view allText() const { return {data_.get(), used_}; }
+    void clear() { used_ = start_ = 0; }
     void openObject();
     void openArray();
     void close();
@@ -61,6 +65,7 @@ private:
     void putString(std::string_view text);
 
     std::unique_ptr<char[]> data_;
+    std::size_t start_ = 0; // of the object begun last
     std::size_t used_ = 0;
     std::size_t capacity_ = 0;
     std::vector<Level> levels_;
