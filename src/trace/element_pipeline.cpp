@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -168,7 +169,13 @@ ElementPipelinePtr startElementPipeline(unsigned helpers, ElementHandler onEleme
     if (helpers == 0) return pipeline;
     // Two batches per thread keep every thread busy while the next is filled.
     pipeline->batches.resize(2 * (helpers + 1) + 1);
-    for (unsigned i = 0; i < helpers; ++i) pipeline->helpers.emplace_back(runHelper, std::ref(*pipeline));
+    // A helper that cannot be started leaves its work to the others, or to
+    // the converting thread, which reads and exports batches whenever none
+    // is free to fill.
+    try {
+        for (unsigned i = 0; i < helpers; ++i) pipeline->helpers.emplace_back(runHelper, std::ref(*pipeline));
+    } catch (const std::system_error&) {
+    }
     return pipeline;
 }
 
