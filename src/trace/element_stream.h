@@ -20,7 +20,8 @@ struct ElementStream {
 void startElementStream(ElementStream& stream, ElementHandler onElement, void* context, unsigned helpers = 0);
 
 // An Output sink (the context is the ElementStream). Elements that lie
-// whole in one block are read where they are.
+// whole in one block are passed on from where they are; only an element
+// that spans blocks is gathered first.
 void writeToElementStream(void* stream, const char* text, std::size_t length);
 
 // Reads what is left, including an element left open, and returns when
