@@ -44,7 +44,9 @@ void PrintCounterIdRegistration(StreamFile& file, const Packet& packet, bool& in
                 std::uint32_t counterId = packet.u32(cursor + 8 + 4 * static_cast<std::uint64_t>(j));
                 file.out.print("            \"id%u\": \"%08x\"%s\n", j, counterId, j + 1 < shown ? "," : "");
                 if (valid) {
-                    table.set(id & 0x7FFF, j, counterId);
+                    // Only bit 15 (the second family) is dropped: a word with
+                    // higher bits set names no row of the table.
+                    table.set(id & ~0x8000u, j, counterId);
                 } else if (!invalidIdReported) {
                     invalidIdReported = true;
                     console().print("error: INVALID Block-ID 0x%x found! Packet (%u)\n", id, file.packetsProcessed);
