@@ -1,6 +1,7 @@
 #include "trace/element.h"
 
 #include "trace/byte_words.h"
+#include "trace/json_text.h"
 
 namespace {
 
@@ -20,13 +21,6 @@ constexpr std::uint64_t kPropKeyLengths = [] {
 constexpr int kDeepestNesting = 32;
 
 bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
-// What may follow a closing quote; a quote followed by anything else is
-// part of the text (values are written without escaping).
-bool endsString(char c) { return c == ',' || c == ':' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
-
-// Where an unquoted value ends.
-bool endsBare(char c) { return c == ',' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
 
 // Keeps the first value of each key the trace uses.
 void captureProp(void* element, std::string_view name, std::string_view value)
@@ -56,7 +50,7 @@ struct Reader {
     {
         std::size_t end = at;
         while (end < text.size() && text[end] >= '0' && text[end] <= '9') ++end;
-        if (end == at || (end < text.size() && !endsBare(text[end]))) return {};
+        if (end == at || (end < text.size() && !endsBareValue(text[end]))) return {};
         std::string_view digits = text.substr(at, end - at);
         at = end;
         return digits;
@@ -75,7 +69,7 @@ struct Reader {
             first += plain;
             if (plain < 8) break;
         }
-        if (first + 1 < text.size() && text[first] == '"' && endsString(text[first + 1])) {
+        if (first + 1 < text.size() && text[first] == '"' && endsQuotedText(text[first + 1])) {
             at = first + 1;
             return text.substr(from, first - from);
         }
@@ -86,7 +80,7 @@ struct Reader {
             if (backslashes % 2 == 1) continue;
             std::size_t next = quote + 1;
             while (next < text.size() && (text[next] == ' ' || text[next] == '\t')) ++next;
-            if (next < text.size() && !endsString(text[next])) continue;
+            if (next < text.size() && !endsQuotedText(text[next])) continue;
             at = quote + 1;
             return text.substr(from, quote - from);
         }
@@ -98,7 +92,7 @@ struct Reader {
     std::string_view bare()
     {
         std::size_t from = at;
-        while (!atEnd() && !endsBare(peek())) ++at;
+        while (!atEnd() && !endsBareValue(peek())) ++at;
         std::size_t to = at;
         while (to > from && isSpace(text[to - 1])) --to;
         return text.substr(from, to - from);

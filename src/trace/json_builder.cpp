@@ -196,10 +196,6 @@ std::size_t strictStringEnd(std::string_view text, std::size_t at)
     return 0;
 }
 
-// Where the tolerant reader ends a quoted text and an unquoted value.
-bool endsTolerantString(char c) { return c == ',' || c == ':' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
-bool endsBareValue(char c) { return c == ',' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
-
 // A strict JSON number at text[at]; returns the index after it, or 0.
 std::size_t strictNumberEnd(std::string_view text, std::size_t at)
 {
@@ -288,7 +284,7 @@ JsonBuilder::Copied JsonBuilder::copyStrictMembers(std::string_view text, std::s
             return Copied::None;
         std::size_t next = lastValueEnd;
         while (next < text.size() && (text[next] == ' ' || text[next] == '\t')) ++next;
-        if (next < text.size() && !(lastValueIsString ? endsTolerantString(text[next]) : endsBareValue(text[next])))
+        if (next < text.size() && !(lastValueIsString ? endsQuotedText(text[next]) : endsBareValue(text[next])))
             return Copied::None;
         keep();
         at = stop;

@@ -147,19 +147,24 @@ bool parseUnsigned(std::string_view text, std::uint64_t& value)
     return true;
 }
 
+void appendNumber(std::string& out, std::uint64_t value)
+{
+    char digits[20];
+    char* first = digits + sizeof digits;
+    do {
+        *--first = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value != 0);
+    out.append(first, static_cast<std::size_t>(digits + sizeof digits - first));
+}
+
 void appendMicroseconds(std::string& out, std::uint64_t nanoseconds)
 {
-    char text[32];
-    char* at = text + sizeof text;
+    appendNumber(out, nanoseconds / 1000);
     std::uint64_t fraction = nanoseconds % 1000;
-    for (int i = 0; i < 3; ++i, fraction /= 10) *--at = static_cast<char>('0' + fraction % 10);
-    *--at = '.';
-    std::uint64_t whole = nanoseconds / 1000;
-    do {
-        *--at = static_cast<char>('0' + whole % 10);
-        whole /= 10;
-    } while (whole != 0);
-    out.append(at, static_cast<std::size_t>(text + sizeof text - at));
+    const char decimals[4] = {'.', static_cast<char>('0' + fraction / 100), static_cast<char>('0' + fraction / 10 % 10),
+                              static_cast<char>('0' + fraction % 10)};
+    out.append(decimals, 4);
 }
 
 bool isHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }

@@ -24,6 +24,15 @@ bool isJsonNumber(std::string_view text);
 // anything else or a value above 2^64 - 1.
 bool parseUnsigned(std::string_view text, std::uint64_t& value);
 
+// Where the tolerant reading of the correlated text ends a quoted text (a
+// quote followed by anything else is part of the text: values are written
+// without escaping) and an unquoted value.
+inline bool endsQuotedText(char c) { return c == ',' || c == ':' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
+inline bool endsBareValue(char c) { return c == ',' || c == '}' || c == ']' || c == '\n' || c == '\r'; }
+
+// Appends unsigned decimal digits.
+void appendNumber(std::string& out, std::uint64_t value);
+
 // Appends nanoseconds as microseconds with exactly three decimals.
 void appendMicroseconds(std::string& out, std::uint64_t nanoseconds);
 

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "json/document.h"
+#include "trace/json_text.h"
 
 namespace {
 
@@ -48,17 +49,6 @@ bool isHardwareWork(std::string_view name)
     for (std::string_view work : kHardwareWork)
         if (name == work) return true;
     return false;
-}
-
-void appendNumber(std::string& text, std::uint64_t value)
-{
-    char digits[20];
-    char* first = digits + sizeof digits;
-    do {
-        *--first = static_cast<char>('0' + value % 10);
-        value /= 10;
-    } while (value != 0);
-    text.append(first, static_cast<std::size_t>(digits + sizeof digits - first));
 }
 
 // Every event goes through here: separators between events, one per line.

@@ -106,11 +106,15 @@ TraceInput convertInput(const Input& input, TraceExport& trace, ConsoleFilter& f
     return summary;
 }
 
-void printMilliseconds(Output& out, std::uint64_t nanoseconds)
-{
-    out.print("%llu.%06llu", static_cast<unsigned long long>(nanoseconds / 1000000),
-              static_cast<unsigned long long>(nanoseconds % 1000000));
-}
+// Nanoseconds as milliseconds with six decimals.
+struct Milliseconds {
+    char text[32];
+    explicit Milliseconds(std::uint64_t nanoseconds)
+    {
+        formatBounded(text, sizeof text, "%llu.%06llu", static_cast<unsigned long long>(nanoseconds / 1000000),
+                      static_cast<unsigned long long>(nanoseconds % 1000000));
+    }
+};
 
 // Per thread: events, busy time and its share of the process's span.
 void printThreadTable(Output& out, const TraceExport& trace)
@@ -118,17 +122,12 @@ void printThreadTable(Output& out, const TraceExport& trace)
     out.print("\n%-32s %10s %18s %7s\n", "thread", "events", "busy ms", "busy %");
     for (const ProcessThreads& process : trace.processes) {
         std::uint64_t span = process.lastTime - process.firstTime;
-        out.print("%s (span ", process.name.c_str());
-        printMilliseconds(out, span);
-        out.write(" ms)\n");
+        out.print("%s (span %s ms)\n", process.name.c_str(), Milliseconds(span).text);
         for (const TraceThread& thread : process.threads) {
             out.print("  %-30s %10llu ", thread.name.c_str(), static_cast<unsigned long long>(thread.events));
-            char busy[32];
-            formatBounded(busy, sizeof busy, "%llu.%06llu", static_cast<unsigned long long>(thread.busy / 1000000),
-                          static_cast<unsigned long long>(thread.busy % 1000000));
             std::uint64_t tenths = span == 0 ? 0 : static_cast<std::uint64_t>(
                                                        static_cast<unsigned __int128>(thread.busy) * 1000 / span);
-            out.print("%18s %5llu.%llu\n", busy, static_cast<unsigned long long>(tenths / 10),
+            out.print("%18s %5llu.%llu\n", Milliseconds(thread.busy).text, static_cast<unsigned long long>(tenths / 10),
                       static_cast<unsigned long long>(tenths % 10));
         }
     }
